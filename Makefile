@@ -1,0 +1,30 @@
+# The three entry points. Each is self-sufficient on a fresh Debian machine: it installs what is
+# missing, configures and builds.
+BUILD_RUN   := build/run
+BUILD_TEST  := build/test
+BUILD_BENCH := build/bench
+JOBS        ?= $(shell nproc)
+
+.PHONY: run test bench deps clean
+
+deps:
+	@scripts/install-deps
+
+run: deps
+	@cmake -S . -B $(BUILD_RUN) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DROFA_TESTS=OFF >/dev/null
+	@cmake --build $(BUILD_RUN) -j $(JOBS) --target rofa-headless-host
+	@$(BUILD_RUN)/rofa-headless-host
+
+test: deps
+	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DROFA_SANITIZE=ON >/dev/null
+	@cmake --build $(BUILD_TEST) -j $(JOBS)
+	@cd $(BUILD_TEST) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+		ctest --output-on-failure -j $(JOBS)
+
+bench: deps
+	@cmake -S . -B $(BUILD_BENCH) -G Ninja -DCMAKE_BUILD_TYPE=Release -DROFA_TESTS=OFF -DROFA_BENCHMARKS=ON >/dev/null
+	@cmake --build $(BUILD_BENCH) -j $(JOBS)
+	@for b in $(BUILD_BENCH)/bench_*; do echo "== $$b"; $$b --benchmark_min_time=0.2 || exit 1; done
+
+clean:
+	rm -rf build

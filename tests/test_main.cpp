@@ -1,0 +1,27 @@
+#include <gtest/gtest.h>
+
+#include "zel_basics/lwbase_object.h"
+
+namespace {
+
+// Every test must destroy the managed objects it makes: the pool keeps object memory reachable, so
+// the leak checker cannot see lost objects, and this count does instead.
+class object_balance_listener : public testing::EmptyTestEventListener
+{
+    int32_t LiveAtStart = 0;
+
+    void OnTestStart(const testing::TestInfo &) override { LiveAtStart = ObjectsCreated - ObjectsDestroyed; }
+    void OnTestEnd(const testing::TestInfo &) override
+    {
+        EXPECT_EQ(LiveAtStart, ObjectsCreated - ObjectsDestroyed) << "managed objects leaked by this test";
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new object_balance_listener);
+    return RUN_ALL_TESTS();
+}
