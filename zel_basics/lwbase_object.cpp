@@ -29,7 +29,9 @@ base_object::base_object(const base_object &) : ObjectID(TakeNextObjectID())
 
 base_object::~base_object()
 {
-    ObjectID = 0;
+    // Volatile: a store into an object that is about to die is otherwise free for the optimiser to drop,
+    // and references rely on seeing it.
+    *static_cast<volatile int32_t *>(&ObjectID) = 0;
     ObjectsDestroyed++;
 }
 

@@ -50,7 +50,7 @@ public:
 
     T *operator->() const
     {
-        TOVAS_ASSERT(Pointer != NULL, "Attempted to follow NULL ownership pointer.", nullptr);
+        TOVAS_ASSERT(Pointer!=NULL, "Attempted to follow NULL ownership pointer.", nullptr);
         return Pointer;
     }
     T &operator*() const { return *operator->(); }
@@ -117,7 +117,8 @@ public:
         ObjectID = 0;
     }
 
-    // The ID the reference was made with; 0 once it has been found stale.
+    // The two words as they stand, without checking the target: both are 0 once found stale.
+    T *GetStoredPointer() const { return Pointer; }
     int32_t GetStoredObjectID() const { return ObjectID; }
 
     // A reference of a derived type when the target is one, else an unset reference.
