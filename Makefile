@@ -3,6 +3,8 @@
 BUILD_RUN   := build/run
 BUILD_TEST  := build/test
 BUILD_BENCH := build/bench
+BUILD_FUZZ  := build/fuzz
+FUZZ_SECONDS ?= 15
 JOBS        ?= $(shell nproc)
 
 .PHONY: run test bench deps clean
@@ -20,6 +22,15 @@ test: deps
 	@cmake --build $(BUILD_TEST) -j $(JOBS)
 	@cd $(BUILD_TEST) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 		ctest --output-on-failure -j $(JOBS)
+	@cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+		-DCMAKE_BUILD_TYPE=Debug -DROFA_TESTS=OFF -DROFA_FUZZ=ON >/dev/null
+	@cmake --build $(BUILD_FUZZ) -j $(JOBS) --target fuzzers
+	@for source in fuzz/*.cpp; do \
+		f=$(BUILD_FUZZ)/$$(basename $$source .cpp); \
+		echo "== $$f for $(FUZZ_SECONDS) s"; \
+		$$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=4096 -print_final_stats=0 2>$$f.log || { tail -n 60 $$f.log; exit 1; }; \
+		grep -E '^Done|#[0-9]+.*DONE' $$f.log | tail -n 1; \
+	done
 
 bench: deps
 	@cmake -S . -B $(BUILD_BENCH) -G Ninja -DCMAKE_BUILD_TYPE=Release -DROFA_TESTS=OFF -DROFA_BENCHMARKS=ON >/dev/null

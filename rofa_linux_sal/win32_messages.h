@@ -41,3 +41,16 @@ enum win32_message : uint32_t
 
 // WM_ACTIVATE's low word.
 constexpr uint32_t WA_INACTIVE = 0;
+
+// The two 16-bit halves of a message parameter. Coordinates in them are signed: cast the half to
+// int16_t.
+inline uint32_t LowWord(uint32_t Value) { return Value & 0xFFFF; }
+inline uint32_t HighWord(uint32_t Value) { return (Value >> 16) & 0xFFFF; }
+
+// A parameter from its two halves, as a host packs one.
+inline uint32_t MakeLong(uint32_t Low, uint32_t High) { return (Low & 0xFFFF) | ((High & 0xFFFF) << 16); }
+
+// Hosts on Linux send WM_WINDOWPOSCHANGING with the proposed position packed as in WM_MOVE: x in the
+// low word and y in the high word of LParam, both signed, since a 32-bit parameter cannot point at a
+// position record. WM_DROPFILES carries in WParam a number that names the drop to the binding, which
+// asks its host for the paths.

@@ -77,6 +77,7 @@ public:
 private:
     void Reserve(int NewLength);
     void Free();
+    bool MatchesAt(int Index, const zel_string &Pattern) const;
 
     int32_t Length;
     char *String;

@@ -1,0 +1,202 @@
+// Insertion and lookup of a million integer and a million string keys in the system's hash maps,
+// against the standard unordered maps in the same run. Prints the time ratios at the end.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "zel_basics/zel_hash_map.h"
+
+namespace {
+
+const int KeyCount = 1000000;
+
+// Distinct keys spread over the whole 32-bit range, in an order that no hash can exploit.
+const std::vector<int32_t> &IntKeys()
+{
+    static std::vector<int32_t> Keys = [] {
+        std::vector<int32_t> Result;
+        Result.reserve(KeyCount);
+        for (int I = 0; I < KeyCount; I++)
+            Result.push_back(static_cast<int32_t>(static_cast<uint32_t>(I) * 2654435761u));
+        return Result;
+    }();
+    return Keys;
+}
+
+// Decimal texts of the integer keys.
+const std::vector<std::string> &StdStringKeys()
+{
+    static std::vector<std::string> Keys = [] {
+        std::vector<std::string> Result;
+        Result.reserve(KeyCount);
+        for (int32_t Key : IntKeys())
+            Result.push_back(std::to_string(Key));
+        return Result;
+    }();
+    return Keys;
+}
+
+const std::vector<zel_string> &ZelStringKeys()
+{
+    static std::vector<zel_string> Keys = [] {
+        std::vector<zel_string> Result;
+        Result.reserve(KeyCount);
+        for (const std::string &Key : StdStringKeys())
+            Result.push_back(zel_string(Key.data(), static_cast<int>(Key.size())));
+        return Result;
+    }();
+    return Keys;
+}
+
+void ZelIntInsert(benchmark::State &State)
+{
+    const std::vector<int32_t> &Keys = IntKeys();
+    for (auto _ : State) {
+        zel_int_hash_map<int> Map(16);
+        for (int I = 0; I < KeyCount; I++)
+            Map.Insert(Keys[I], I);
+        benchmark::DoNotOptimize(Map.GetNumberOfElements());
+    }
+}
+
+void StdIntInsert(benchmark::State &State)
+{
+    const std::vector<int32_t> &Keys = IntKeys();
+    for (auto _ : State) {
+        std::unordered_map<int, int> Map;
+        for (int I = 0; I < KeyCount; I++)
+            Map.emplace(Keys[I], I);
+        benchmark::DoNotOptimize(Map.size());
+    }
+}
+
+void ZelIntLookup(benchmark::State &State)
+{
+    const std::vector<int32_t> &Keys = IntKeys();
+    zel_int_hash_map<int> Map(16);
+    for (int I = 0; I < KeyCount; I++)
+        Map.Insert(Keys[I], I);
+    for (auto _ : State) {
+        int64_t Sum = 0;
+        for (int I = 0; I < KeyCount; I++)
+            Sum += Map.GetValueAt(Map.Find(Keys[I]));
+        benchmark::DoNotOptimize(Sum);
+    }
+}
+
+void StdIntLookup(benchmark::State &State)
+{
+    const std::vector<int32_t> &Keys = IntKeys();
+    std::unordered_map<int, int> Map;
+    for (int I = 0; I < KeyCount; I++)
+        Map.emplace(Keys[I], I);
+    for (auto _ : State) {
+        int64_t Sum = 0;
+        for (int I = 0; I < KeyCount; I++)
+            Sum += Map.find(Keys[I])->second;
+        benchmark::DoNotOptimize(Sum);
+    }
+}
+
+void ZelStringInsert(benchmark::State &State)
+{
+    const std::vector<zel_string> &Keys = ZelStringKeys();
+    for (auto _ : State) {
+        zel_string_hash_map<int> Map(16);
+        for (int I = 0; I < KeyCount; I++)
+            Map.Insert(Keys[I], I);
+        benchmark::DoNotOptimize(Map.GetNumberOfElements());
+    }
+}
+
+void StdStringInsert(benchmark::State &State)
+{
+    const std::vector<std::string> &Keys = StdStringKeys();
+    for (auto _ : State) {
+        std::unordered_map<std::string, int> Map;
+        for (int I = 0; I < KeyCount; I++)
+            Map.emplace(Keys[I], I);
+        benchmark::DoNotOptimize(Map.size());
+    }
+}
+
+void ZelStringLookup(benchmark::State &State)
+{
+    const std::vector<zel_string> &Keys = ZelStringKeys();
+    zel_string_hash_map<int> Map(16);
+    for (int I = 0; I < KeyCount; I++)
+        Map.Insert(Keys[I], I);
+    for (auto _ : State) {
+        int64_t Sum = 0;
+        for (int I = 0; I < KeyCount; I++)
+            Sum += Map.GetValueAt(Map.Find(Keys[I]));
+        benchmark::DoNotOptimize(Sum);
+    }
+}
+
+void StdStringLookup(benchmark::State &State)
+{
+    const std::vector<std::string> &Keys = StdStringKeys();
+    std::unordered_map<std::string, int> Map;
+    for (int I = 0; I < KeyCount; I++)
+        Map.emplace(Keys[I], I);
+    for (auto _ : State) {
+        int64_t Sum = 0;
+        for (int I = 0; I < KeyCount; I++)
+            Sum += Map.find(Keys[I])->second;
+        benchmark::DoNotOptimize(Sum);
+    }
+}
+
+BENCHMARK(ZelIntInsert)->Unit(benchmark::kMillisecond);
+BENCHMARK(StdIntInsert)->Unit(benchmark::kMillisecond);
+BENCHMARK(ZelIntLookup)->Unit(benchmark::kMillisecond);
+BENCHMARK(StdIntLookup)->Unit(benchmark::kMillisecond);
+BENCHMARK(ZelStringInsert)->Unit(benchmark::kMillisecond);
+BENCHMARK(StdStringInsert)->Unit(benchmark::kMillisecond);
+BENCHMARK(ZelStringLookup)->Unit(benchmark::kMillisecond);
+BENCHMARK(StdStringLookup)->Unit(benchmark::kMillisecond);
+
+// Prints as usual and keeps each benchmark's CPU time per iteration: the median of its repetitions
+// when there are several, for the ratios.
+class ratio_reporter : public benchmark::ConsoleReporter
+{
+public:
+    std::map<std::string, double> Times;
+
+    void ReportRuns(const std::vector<Run> &Runs) override
+    {
+        ConsoleReporter::ReportRuns(Runs);
+        for (const Run &Result : Runs) {
+            bool IsMedian = Result.run_type == Run::RT_Aggregate && Result.aggregate_name == "median";
+            if (IsMedian || (Result.run_type == Run::RT_Iteration && Result.repetitions <= 1))
+                Times[Result.run_name.function_name] = Result.GetAdjustedCPUTime();
+        }
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    ratio_reporter Reporter;
+    benchmark::RunSpecifiedBenchmarks(&Reporter);
+    benchmark::Shutdown();
+    std::printf("\nCPU time of the system's map over the standard map's (1.0 = equal):\n");
+    for (const char *Case : {"IntInsert", "IntLookup", "StringInsert", "StringLookup"}) {
+        auto Ours = Reporter.Times.find(std::string("Zel") + Case);
+        auto Theirs = Reporter.Times.find(std::string("Std") + Case);
+        if (Ours != Reporter.Times.end() && Theirs != Reporter.Times.end())
+            std::printf("  %-13s %.2f\n", Case, Ours->second / Theirs->second);
+    }
+    return 0;
+}
