@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <algorithm>
 #include <map>
+#include <random>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -27,6 +29,20 @@ const std::vector<int32_t> &IntKeys()
         return Result;
     }();
     return Keys;
+}
+
+// Lookups come in an order unrelated to insertion, as a program's lookups do: looking keys up in the
+// order they went in would favour a map whose nodes lie in memory in insertion order.
+const std::vector<int> &LookupOrder()
+{
+    static std::vector<int> Order = [] {
+        std::vector<int> Result(KeyCount);
+        for (int I = 0; I < KeyCount; I++)
+            Result[I] = I;
+        std::shuffle(Result.begin(), Result.end(), std::mt19937(20261122));
+        return Result;
+    }();
+    return Order;
 }
 
 // Decimal texts of the integer keys.
@@ -82,10 +98,11 @@ void ZelIntLookup(benchmark::State &State)
     zel_int_hash_map<int> Map(16);
     for (int I = 0; I < KeyCount; I++)
         Map.Insert(Keys[I], I);
+    const std::vector<int> &Order = LookupOrder();
     for (auto _ : State) {
         int64_t Sum = 0;
         for (int I = 0; I < KeyCount; I++)
-            Sum += Map.GetValueAt(Map.Find(Keys[I]));
+            Sum += Map.GetValueAt(Map.Find(Keys[Order[I]]));
         benchmark::DoNotOptimize(Sum);
     }
 }
@@ -96,10 +113,11 @@ void StdIntLookup(benchmark::State &State)
     std::unordered_map<int, int> Map;
     for (int I = 0; I < KeyCount; I++)
         Map.emplace(Keys[I], I);
+    const std::vector<int> &Order = LookupOrder();
     for (auto _ : State) {
         int64_t Sum = 0;
         for (int I = 0; I < KeyCount; I++)
-            Sum += Map.find(Keys[I])->second;
+            Sum += Map.find(Keys[Order[I]])->second;
         benchmark::DoNotOptimize(Sum);
     }
 }
@@ -132,10 +150,11 @@ void ZelStringLookup(benchmark::State &State)
     zel_string_hash_map<int> Map(16);
     for (int I = 0; I < KeyCount; I++)
         Map.Insert(Keys[I], I);
+    const std::vector<int> &Order = LookupOrder();
     for (auto _ : State) {
         int64_t Sum = 0;
         for (int I = 0; I < KeyCount; I++)
-            Sum += Map.GetValueAt(Map.Find(Keys[I]));
+            Sum += Map.GetValueAt(Map.Find(Keys[Order[I]]));
         benchmark::DoNotOptimize(Sum);
     }
 }
@@ -146,10 +165,11 @@ void StdStringLookup(benchmark::State &State)
     std::unordered_map<std::string, int> Map;
     for (int I = 0; I < KeyCount; I++)
         Map.emplace(Keys[I], I);
+    const std::vector<int> &Order = LookupOrder();
     for (auto _ : State) {
         int64_t Sum = 0;
         for (int I = 0; I < KeyCount; I++)
-            Sum += Map.find(Keys[I])->second;
+            Sum += Map.find(Keys[Order[I]])->second;
         benchmark::DoNotOptimize(Sum);
     }
 }

@@ -36,18 +36,31 @@ void BM_IsSetLive(benchmark::State &State)
 }
 BENCHMARK(BM_IsSetLive);
 
-// A stale reference clears itself on the first check, so each round restores its two words first;
-// the restore alone is measured as its own baseline.
+// A stale reference clears itself on its first check, so each round restores its two words from a
+// saved copy; the restore alone is measured as its own baseline.
+struct stale_reference_bytes
+{
+    alignas(reference_pointer<target_object>) unsigned char Bytes[sizeof(reference_pointer<target_object>)];
+
+    stale_reference_bytes()
+    {
+        ownership_pointer<target_object> Target(new target_object);
+        reference_pointer<target_object> Stale(Target);
+        Target.Reset();
+        std::memcpy(Bytes, static_cast<void *>(&Stale), sizeof(Bytes));
+    }
+    void RestoreInto(reference_pointer<target_object> &Reference) const
+    {
+        std::memcpy(static_cast<void *>(&Reference), Bytes, sizeof(Bytes));
+    }
+};
+
 void BM_RestoreStaleReference(benchmark::State &State)
 {
-    ownership_pointer<target_object> Target(new target_object);
-    reference_pointer<target_object> Stale(Target);
-    Target.Reset();
-    alignas(reference_pointer<target_object>) unsigned char Saved[sizeof(Stale)];
-    std::memcpy(Saved, static_cast<void *>(&Stale), sizeof(Stale));
+    stale_reference_bytes Saved;
     reference_pointer<target_object> Reference;
     for (auto _ : State) {
-        std::memcpy(static_cast<void *>(&Reference), Saved, sizeof(Saved));
+        Saved.RestoreInto(Reference);
         benchmark::DoNotOptimize(Reference);
     }
 }
@@ -55,14 +68,10 @@ BENCHMARK(BM_RestoreStaleReference);
 
 void BM_IsSetDead(benchmark::State &State)
 {
-    ownership_pointer<target_object> Target(new target_object);
-    reference_pointer<target_object> Stale(Target);
-    Target.Reset();
-    alignas(reference_pointer<target_object>) unsigned char Saved[sizeof(Stale)];
-    std::memcpy(Saved, static_cast<void *>(&Stale), sizeof(Stale));
+    stale_reference_bytes Saved;
     reference_pointer<target_object> Reference;
     for (auto _ : State) {
-        std::memcpy(static_cast<void *>(&Reference), Saved, sizeof(Saved));
+        Saved.RestoreInto(Reference);
         benchmark::DoNotOptimize(Reference);
         benchmark::DoNotOptimize(Reference.IsSet());
     }

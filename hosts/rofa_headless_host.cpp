@@ -28,8 +28,8 @@ int main(int argc, char **argv)
         Page.AddParameter("width", "640");
         Page.AddParameter("height", "480");
         plugin_window Window(Library, 320, 200, &Page, "-startup_path=/tmp");
-        std::printf("created an instance of 640x480 from the page's parameters (the library asked the page %d "
-                    "times)\n",
+        std::printf("created an instance for a 320x200 window on a page whose parameters ask for 640x480; the "
+                    "library read the parameters in %d calls\n",
                     Page.ParameterCalls);
 
         for (int I = 0; I < TicksPerSecond; I++)
@@ -42,7 +42,8 @@ int main(int argc, char **argv)
         Window.Tick();
         Say("moved the pointer, clicked at (100, 120), pressed A, and ticked once more");
 
-        std::printf("resized to 800x600: result %u\n", static_cast<unsigned>(Window.Resize(800, 600)));
+        Window.Resize(800, 600);
+        Say("resized the window to 800x600");
         std::printf("a message with a null handle answers %u\n",
                     static_cast<unsigned>(Library.ProcessGUIMessage(nullptr, nullptr)));
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include "zel_basics/debug.h"
@@ -47,15 +48,53 @@ template <class KeyType, class ValueType, class HashPolicy> class zel_hash_map_i
 template <class KeyType, class ValueType, class HashPolicy> class zel_hash_map : public base_object
 {
 public:
+    // Key and Value live only while the slot is set. A free slot then costs no construction, which
+    // matters for keys such as strings that allocate even when empty, since growth keeps a quarter or
+    // more of the slots free.
     struct slot
     {
-        bool IsSet = false;
+        bool IsSet;
         // The next slot of this chain, -1 for none.
-        int32_t Next = -1;
-        KeyType Key{};
-        ValueType Value{};
+        int32_t Next;
+        union
+        {
+            KeyType Key;
+        };
+        union
+        {
+            ValueType Value;
+        };
+
+        slot() : IsSet(false), Next(-1) {}
+        slot(const slot &) = delete;
+        slot &operator=(const slot &) = delete;
+        ~slot()
+        {
+            if (IsSet)
+                Clear();
+        }
 
         bool GetIsSet() const { return IsSet; }
+
+        template <class K, class V> void Fill(K &&NewKey, V &&NewValue)
+        {
+            ::new (static_cast<void *>(&Key)) KeyType(std::forward<K>(NewKey));
+            try {
+                ::new (static_cast<void *>(&Value)) ValueType(std::forward<V>(NewValue));
+            } catch (...) {
+                Key.~KeyType();
+                throw;
+            }
+            IsSet = true;
+        }
+
+        // Ends the entry but keeps the link.
+        void Clear()
+        {
+            IsSet = false;
+            Key.~KeyType();
+            Value.~ValueType();
+        }
     };
 
     // Allocates nothing until the first use.
@@ -117,9 +156,7 @@ public:
         TOVAS_ASSERT(Map[HashValue].IsSet, this);
         slot &Slot = Map[HashValue];
         ValueType Removed(std::move(Slot.Value));
-        Slot.IsSet = false;
-        Slot.Key = KeyType();
-        Slot.Value = ValueType();
+        Slot.Clear();
         NumberOfElements--;
         TOVAS_ASSERT(!Map[HashValue].IsSet, this);
         return Removed;
@@ -141,9 +178,12 @@ public:
             SetBlock(new slot[NewReservedDataSize], NewReservedDataSize);
             NumberOfElements = 0;
             // The new block has no stale links and room for every entry, so each one finds a place.
-            for (int I = 0; I < OldReservedDataSize; I++)
-                if (OldMap[I].IsSet)
+            for (int I = 0; I < OldReservedDataSize; I++) {
+                if (OldMap[I].IsSet) {
                     Link(std::move(OldMap[I].Key), std::move(OldMap[I].Value));
+                    OldMap[I].Clear();
+                }
+            }
             TOVAS_ASSERT(NumberOfElements==OldNumE, this);
             delete[] OldMap;
         }
@@ -177,8 +217,8 @@ private:
     int GetSlotOfHash(uint32_t Hash) const
     {
 #ifdef __SIZEOF_INT128__
-        uint64_t Fraction = ModuloFactor * Hash;
-        return static_cast<int>((static_cast<unsigned __int128>(Fraction) * static_cast<uint32_t>(ReservedDataSize)) >> 64);
+        unsigned __int128 Fraction = static_cast<uint64_t>(ModuloFactor * Hash);
+        return static_cast<int>((Fraction * static_cast<uint32_t>(ReservedDataSize)) >> 64);
 #else
         return static_cast<int>(Hash % static_cast<uint32_t>(ReservedDataSize));
 #endif
@@ -261,9 +301,7 @@ private:
 
     template <class K, class V> void Fill(slot &Slot, K &&Key, V &&Value)
     {
-        Slot.Key = std::forward<K>(Key);
-        Slot.Value = std::forward<V>(Value);
-        Slot.IsSet = true;
+        Slot.Fill(std::forward<K>(Key), std::forward<V>(Value));
         NumberOfElements++;
     }
 
@@ -333,13 +371,19 @@ public:
         CheckPosition(Owner);
     }
 
+    // Not on an element after RemoveCurrent(), though not past the end either: Next() goes on.
     bool NotDone() override
     {
         map_type *Owner = HashMap.Get();
-        return Owner != nullptr && CurrentHashValue >= 0 && CurrentHashValue < Owner->ReservedDataSize;
+        return Owner != nullptr && CurrentHashValue >= 0 && CurrentHashValue < Owner->ReservedDataSize &&
+               Owner->Map[CurrentHashValue].IsSet;
     }
 
-    bool Done() override { return !NotDone(); }
+    bool Done() override
+    {
+        map_type *Owner = HashMap.Get();
+        return Owner == nullptr || CurrentHashValue >= Owner->ReservedDataSize;
+    }
 
     ValueType &Current() override { return GetCurrentSlot().Value; }
 

@@ -18,9 +18,15 @@ int BlockSize(int Length)
     return Length + (Length & 2) + 2;
 }
 
+// Every empty string shares this block: empty strings are the most common value of all (each place of
+// an array of strings starts as one), and nothing ever writes into an empty string's bytes.
+alignas(4) char EmptyBlock[4] = {0, 0, 0, 0};
+
 char *AllocateBlock(int Length)
 {
     TOVAS_ASSERT(Length>=0, nullptr);
+    if (Length == 0)
+        return EmptyBlock;
     int Size = BlockSize(Length);
     char *Block = static_cast<char *>(std::malloc(static_cast<size_t>(Size)));
     if (Block == nullptr)
@@ -117,15 +123,12 @@ zel_string::zel_string(const zel_string &Other) : Length(0), String(nullptr)
         std::memcpy(String, Other.String, static_cast<size_t>(Other.Length));
 }
 
-// The source keeps a live empty block: code that reads a string after handing it on must not meet a
+// The source is left empty, not null: code that reads a string after handing it on must not meet a
 // null pointer.
-zel_string::zel_string(zel_string &&Other) noexcept : Length(0), String(nullptr)
+zel_string::zel_string(zel_string &&Other) noexcept : Length(Other.Length), String(Other.String)
 {
-    char *Empty = static_cast<char *>(std::calloc(static_cast<size_t>(BlockSize(0)), 1));
-    Length = Other.Length;
-    String = Other.String;
     Other.Length = 0;
-    Other.String = Empty;
+    Other.String = EmptyBlock;
 }
 
 zel_string::~zel_string()
@@ -135,7 +138,8 @@ zel_string::~zel_string()
 
 void zel_string::Free()
 {
-    std::free(String);
+    if (String != EmptyBlock)
+        std::free(String);
     String = nullptr;
     Length = 0;
 }

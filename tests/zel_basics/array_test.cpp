@@ -202,8 +202,9 @@ TEST(Array, InsertBeyondTheEndFails)
 {
     array<int> Array;
     FillWith(Array, {1, 2});
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.Insert(3, 0)), HasSubstr("'IsInArray(Index) || Index==NumberOfElements' is false"));
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.Insert(-1, 0)), HasSubstr("'IsInArray(Index) || Index==NumberOfElements' is false"));
+    const char *Failure = "'IsInArray(Index) || Index==NumberOfElements' is false";
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.Insert(3, 0)), HasSubstr(Failure));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.Insert(-1, 0)), HasSubstr(Failure));
     EXPECT_EQ(Contents(Array), (std::vector<int>{1, 2}));
 }
 
@@ -256,7 +257,8 @@ TEST(Array, MoveRangeChecksItsBounds)
     FillWith(Array, {0, 1, 2, 3});
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.MoveRange(-1, 0, 1)), HasSubstr("'FromIndex>=0' is false"));
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.MoveRange(0, -1, 1)), HasSubstr("'ToIndex>=0' is false"));
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.MoveRange(2, 0, 3)), HasSubstr("'FromIndex+Amount<=NumberOfElements' is false"));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.MoveRange(2, 0, 3)),
+                HasSubstr("'FromIndex+Amount<=NumberOfElements' is false"));
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Array.MoveRange(0, 2, 3)), HasSubstr("'ToIndex+Amount<=NumberOfElements' is false"));
     EXPECT_EQ(Contents(Array), (std::vector<int>{0, 1, 2, 3}));
 }
@@ -361,7 +363,8 @@ TEST(Array, CopiesAreIndependentObjectsWithEqualElements)
     Longer = Original;
     EXPECT_EQ(Longer.GetNumberOfElements(), 2);
     EXPECT_EQ(Longer[1], zel_string("beta"));
-    Longer = Longer;
+    const array<zel_string> &Same = Longer;
+    Longer = Same;
     EXPECT_EQ(Longer.GetNumberOfElements(), 2);
 }
 

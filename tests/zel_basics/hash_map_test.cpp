@@ -61,6 +61,18 @@ private:
     int &Deaths;
 };
 
+// Counts the instances alive, to see which slots hold a value.
+struct live_value
+{
+    static int Alive;
+    int Value;
+    live_value(int Value = 0) : Value(Value) { Alive++; }
+    live_value(const live_value &Other) : Value(Other.Value) { Alive++; }
+    live_value &operator=(const live_value &Other) = default;
+    ~live_value() { Alive--; }
+};
+int live_value::Alive = 0;
+
 struct test_rgb8
 {
     uint8_t R, G, B;
@@ -325,13 +337,31 @@ TEST(HashMap, RemoveAtReturnsTheValueAndClearsTheSlot)
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.GetValueAt(Slot)), HasSubstr("'Map[HashValue].IsSet' is false"));
 }
 
+TEST(HashMap, OnlyEntriesHoldKeysAndValues)
+{
+    {
+        zel_int_hash_map<live_value> Map(100);
+        Map.Insert(1, live_value(1));
+        Map.Insert(2, live_value(2));
+        Map.Insert(3, live_value(3));
+        EXPECT_EQ(live_value::Alive, 3);
+        EXPECT_EQ(Map.RemoveAt(Map.Find(2)).Value, 2);
+        EXPECT_EQ(live_value::Alive, 2);
+        Map.Reserve(7);
+        EXPECT_EQ(live_value::Alive, 2);
+        EXPECT_EQ(Map[3].Value, 3);
+    }
+    EXPECT_EQ(live_value::Alive, 0);
+}
+
 TEST(HashMap, RemoveAtChecksTheSlot)
 {
+    const char *OutOfRange = "'HashValue>=0 && HashValue<ReservedDataSize' is false";
     zel_int_hash_map<int> Map(10);
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(0)), HasSubstr("'HashValue>=0 && HashValue<ReservedDataSize' is false"));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(0)), HasSubstr(OutOfRange));
     int Slot = Map.Insert(1, 1);
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(-1)), HasSubstr("'HashValue>=0 && HashValue<ReservedDataSize' is false"));
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(10)), HasSubstr("'HashValue>=0 && HashValue<ReservedDataSize' is false"));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(-1)), HasSubstr(OutOfRange));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(10)), HasSubstr(OutOfRange));
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt((Slot + 1) % 10)), HasSubstr("'Map[HashValue].IsSet' is false"));
     Map.RemoveAt(Slot);
     EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.RemoveAt(Slot)), HasSubstr("'Map[HashValue].IsSet' is false"));
@@ -382,7 +412,8 @@ TEST(HashMap, OneGrowthStepCannotMakeRoomInAMapReservedDenserThanItsLoadLimit)
     Map.Insert(2, 2);
     Map.Reserve(2);
     // 2 slots grow to 4, and 3 entries still reach three quarters of 4.
-    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.Insert(3, 3)), HasSubstr("'NumberOfElements+1 < .75 * ReservedDataSize' is false"));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Map.Insert(3, 3)),
+                HasSubstr("'NumberOfElements+1 < .75 * ReservedDataSize' is false"));
     EXPECT_EQ(Map.GetReservedDataSize(), 4);
     EXPECT_EQ(Map.GetNumberOfElements(), 2);
     EXPECT_EQ(Map[1], 1);
@@ -462,6 +493,24 @@ TEST(HashMapIterator, RemovingThroughAKeyFilterGoesOnAlongTheChain)
     EXPECT_EQ(Seen, (std::vector<int>{1, 3, 4}));
     EXPECT_EQ(ValuesOfKey(Map, 301), (std::vector<int>{1, 4}));
     EXPECT_EQ(Map[302], 2);
+}
+
+TEST(HashMapIterator, AfterRemoveCurrentItIsOnNoElementUntilNext)
+{
+    zel_int_hash_map<int> Map(10);
+    Map.Insert(1, 10);
+    Map.Insert(2, 20);
+    zel_int_hash_map_iterator<int> Iterator(Map);
+    int First = Iterator.GetKey();
+    Iterator.RemoveCurrent();
+    EXPECT_FALSE(Iterator.NotDone());
+    EXPECT_FALSE(Iterator.Done());
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Iterator.Current()), HasSubstr("'NotDone()' is false"));
+    EXPECT_THAT(ZEL_ERROR_MESSAGE(Iterator.RemoveCurrent()), HasSubstr("'Map[HashValue].IsSet' is false"));
+    Iterator.Next();
+    ASSERT_TRUE(Iterator.NotDone());
+    EXPECT_EQ(Iterator.GetKey(), 3 - First);
+    EXPECT_EQ(Iterator.Current(), (3 - First) * 10);
 }
 
 TEST(HashMapIterator, StepsBeyondTheEndFail)
