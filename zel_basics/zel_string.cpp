@@ -448,7 +448,8 @@ int zel_string::FindNonWhitespace(int Start) const
 int zel_string::FindClosingQuote(int StartIndex) const
 {
     TOVAS_ASSERT(StartIndex>=0, nullptr);
-    TOVAS_ASSERT(StartIndex<Length, nullptr);
+    // The terminator is readable, so a start at Length fails the quote check below, like any non-quote.
+    TOVAS_ASSERT(StartIndex<=Length, nullptr);
     TOVAS_ASSERT(String[StartIndex]=='"' || String[StartIndex]=='\'', nullptr);
     char Quote = String[StartIndex];
     for (int I = StartIndex + 1; I < Length; I++)

@@ -535,6 +535,15 @@ TEST(ZelString, ClosingQuoteAsserts)
                 testing::HasSubstr(AssertionText("String[StartIndex]=='\"' || String[StartIndex]=='\\''")));
 }
 
+TEST(ZelString, ClosingQuoteFromTheEndFailsTheQuoteCheck)
+{
+    zel_string S("ab'c'");
+    EXPECT_THAT(ErrorOf([&] { S.FindClosingQuote(S.GetLength()); }),
+                testing::HasSubstr(AssertionText("String[StartIndex]=='\"' || String[StartIndex]=='\\''")));
+    EXPECT_THAT(ErrorOf([&] { zel_string().FindClosingQuote(0); }),
+                testing::HasSubstr(AssertionText("String[StartIndex]=='\"' || String[StartIndex]=='\\''")));
+}
+
 // ---- cutting ----
 
 TEST(ZelString, MidWithRightBeforeLeftIsEmpty)
