@@ -4,7 +4,7 @@ BUILD_RUN   := build/run
 BUILD_TEST  := build/test
 BUILD_BENCH := build/bench
 BUILD_FUZZ  := build/fuzz
-FUZZ_SECONDS ?= 15
+FUZZ_SECONDS ?= 45
 JOBS        ?= $(shell nproc)
 
 .PHONY: run test bench deps clean
@@ -26,10 +26,12 @@ test: deps
 		-DCMAKE_BUILD_TYPE=Debug -DROFA_TESTS=OFF -DROFA_FUZZ=ON >/dev/null
 	@cmake --build $(BUILD_FUZZ) -j $(JOBS) --target fuzzers
 	@for source in fuzz/*.cpp; do \
-		f=$(BUILD_FUZZ)/$$(basename $$source .cpp); \
-		echo "== $$f for $(FUZZ_SECONDS) s"; \
-		$$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=4096 -print_final_stats=0 2>$$f.log || { tail -n 60 $$f.log; exit 1; }; \
-		grep -E '^Done|#[0-9]+.*DONE' $$f.log | tail -n 1; \
+		name=$$(basename $$source .cpp); f=$(BUILD_FUZZ)/$$name; \
+		rm -rf $(BUILD_FUZZ)/corpus/$$name; mkdir -p $(BUILD_FUZZ)/corpus/$$name; \
+		echo "== $$name for $(FUZZ_SECONDS) s"; \
+		$$f -max_total_time=$(FUZZ_SECONDS) -timeout=10 -rss_limit_mb=4096 -print_final_stats=0 \
+			$(BUILD_FUZZ)/corpus/$$name fuzz/corpus/$$name 2>$$f.log || { tail -n 60 $$f.log; exit 1; }; \
+		grep -E '^Done' $$f.log | tail -n 1; \
 	done
 
 bench: deps

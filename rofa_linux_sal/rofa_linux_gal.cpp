@@ -298,8 +298,8 @@ void rofa_linux_gal::SetCursor(int Cursor)
         }
         return;
     }
-    // The count is shared with whatever else shows or hides the pointer: bring it back to exactly
-    // shown, whatever it was.
+    // The count is shared with whatever else shows or hides the pointer: one show, taken back down to
+    // exactly shown if it overshoots. A pointer hidden more than once stays hidden.
     if (ShowPointer(true) >= 1) {
         while (ShowPointer(false) > 0) {
         }

@@ -30,13 +30,15 @@ struct channel_place
         return Value & Mask;
     }
 
-    // For byte-sized pixels: the byte of the pixel that the mask names, or -1 if it names none.
+    // For 24-bit pixels: the byte in memory that the mask names, or -1 if it names none. The two fixed
+    // 24-bit forms put the mask 0xFF0000 in the first byte, so the general form counts bytes from the
+    // top of the pixel value in the same way and agrees with them.
     int ByteIndex(int BytesPerPixel) const
     {
         if (Mask == 0)
             return -1;
-        int Index = __builtin_ctz(Mask) / 8;
-        return Index < BytesPerPixel ? Index : -1;
+        int FromBottom = __builtin_ctz(Mask) / 8;
+        return FromBottom < BytesPerPixel ? BytesPerPixel - 1 - FromBottom : -1;
     }
 };
 

@@ -158,6 +158,18 @@ TEST(RofaExports, ReleaseOfALayerWithoutItsInstanceFailsTheAssertion)
                                    " File: 'rofa_linux_sal/rofa_exports.cpp'"));
 }
 
+TEST(RofaExports, ReleaseOfAnInstanceThatIsNamedButNoLongerOwnedFailsTheAssertion)
+{
+    RofaAppHandle Handle = RofaAppCreateNewInstance_v2(10, 10, nullptr, nullptr, nullptr);
+    // Taken out of the owners but alive, so its reference is still set.
+    ownership_pointer<base_object> Taken = Layer(Handle)->RemoveGlobalOwner("rofa_app_instance");
+    ASSERT_TRUE(Layer(Handle)->GlobalReferenceIsSet("rofa_app_instance"));
+    std::string Message = ZEL_ERROR_MESSAGE(RofaAppReleaseAppInstance_v2(Handle));
+    EXPECT_THAT(Message, testing::HasSubstr("): 'AppInstance.IsSet()' is false\n"
+                                            " File: 'rofa_linux_sal/rofa_exports.cpp'"));
+    Taken.Reset();
+}
+
 TEST(RofaExports, ANativeWindowWithoutABindingFailsWithWords)
 {
     int NotAWindow = 0;

@@ -428,6 +428,22 @@ TEST(LinuxGALOperations, FixedAnswers)
     EXPECT_NE(std::string::npos, ZEL_ERROR_MESSAGE(Layer.ReservedStringOperation("a", "b")).find("'false' is false"));
 }
 
+TEST(LinuxGALOperations, HidesBeforeAnyShapeCountEachTimeAndOneShowDoesNotUndoThemAll)
+{
+    // Not connected to a window: no shape has been set yet, so a repeated 0 is not ignored.
+    rofa_linux_gal Layer(4, 4, nullptr, nullptr);
+    Layer.SetCursor(0);
+    EXPECT_EQ(-1, Layer.GetPointerShowCount());
+    Layer.SetCursor(0);
+    EXPECT_EQ(-2, Layer.GetPointerShowCount());
+    Layer.SetCursor(5);
+    EXPECT_EQ(-1, Layer.GetPointerShowCount());
+    Layer.SetCursor(6);
+    EXPECT_EQ(0, Layer.GetPointerShowCount());
+    Layer.SetCursor(7);
+    EXPECT_EQ(0, Layer.GetPointerShowCount());
+}
+
 TEST(LinuxGALOperations, CursorNumbersNameTheirShapes)
 {
     EXPECT_EQ(CursorShapeArrow, CursorShapeOfNumber(1));

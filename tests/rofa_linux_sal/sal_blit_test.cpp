@@ -139,9 +139,10 @@ TEST(SALBlit, TwentyFourBitsOtherMasksPutEachChannelInItsByte)
     Source.SetPixel(0, 0, 0x11, 0x22, 0x33, 0x44);
     Source.SetPixel(1, 0, 0xAA, 0xBB, 0xCC, 0xDD);
     bytes Target(6, 0xEE);
-    // Red in byte 1, green in byte 2, blue in byte 0.
+    // Bytes count from the top of the pixel value, as in the two fixed forms where red 0xFF0000 is the
+    // first byte: green 0xFF0000 goes first, red 0xFF00 second, blue 0xFF third.
     SALBlit(Target.data(), 6, 24, int_point2d(2, 1), int_point2d(0, 0), 0xFF00, 0xFF0000, 0xFF, &Source);
-    EXPECT_EQ((bytes{0x33, 0x11, 0x22, 0xCC, 0xAA, 0xBB}), Target);
+    EXPECT_EQ((bytes{0x22, 0x11, 0x33, 0xBB, 0xAA, 0xCC}), Target);
 }
 
 TEST(SALBlit, ThirtyTwoBitsInSourceOrderCopiesWholeTargetLines)
