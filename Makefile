@@ -20,10 +20,12 @@ run: deps
 test: deps
 	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DROFA_SANITIZE=ON >/dev/null
 	@cmake --build $(BUILD_TEST) -j $(JOBS)
-	@cd $(BUILD_TEST) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	@rm -rf $(BUILD_TEST)/tmp && mkdir -p $(BUILD_TEST)/tmp
+	@cd $(BUILD_TEST) && TMPDIR=$(CURDIR)/$(BUILD_TEST)/tmp \
+		ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 		ctest --output-on-failure -j $(JOBS)
 	@cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
-		-DCMAKE_BUILD_TYPE=Debug -DROFA_TESTS=OFF -DROFA_FUZZ=ON >/dev/null
+		-DCMAKE_BUILD_TYPE=RelWithDebInfo -DROFA_TESTS=OFF -DROFA_FUZZ=ON >/dev/null
 	@cmake --build $(BUILD_FUZZ) -j $(JOBS) --target fuzzers
 	@for source in fuzz/*.cpp; do \
 		name=$$(basename $$source .cpp); f=$(BUILD_FUZZ)/$$name; \
