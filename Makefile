@@ -14,7 +14,7 @@ deps:
 
 run: deps
 	@cmake -S . -B $(BUILD_RUN) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DROFA_TESTS=OFF >/dev/null
-	@cmake --build $(BUILD_RUN) -j $(JOBS) --target rofa-headless-host
+	@cmake --build $(BUILD_RUN) -j $(JOBS) --target rofa-headless-host rofa-tool
 	@$(BUILD_RUN)/rofa-headless-host
 
 test: deps
