@@ -1,0 +1,252 @@
+#pragma once
+
+#include <cstdint>
+
+#include <agg_color_rgba.h>
+#include <agg_rasterizer_scanline_aa.h>
+#include <agg_trans_affine.h>
+
+#include "art_engine/art_events.h"
+#include "xbd/xbd.h"
+#include "zel_basics/array.h"
+#include "zel_basics/array_iterator.h"
+#include "zel_basics/lwpointers.h"
+#include "zel_basics/point2d.h"
+#include "zel_basics/rectangle.h"
+#include "zel_basics/zel_string.h"
+
+class bitmap_interface;
+class art_cache;
+class art_key_event;
+class art_top_object;
+class art_shape;
+class art_bitmap_manager;
+class art_autolayout;
+class art_object_children;
+
+// The role of an object in its parent's stack.
+enum art_stack_mode
+{
+    StackModeNormal = 0,
+    StackModeStencil = 1,
+    StackModePost = 2,
+    StackModePlusStencil = 3,
+    StackModeMinusStencil = 4
+};
+
+inline bool IsStencilStackMode(int Mode)
+{
+    return Mode == StackModeStencil || Mode == StackModePlusStencil || Mode == StackModeMinusStencil;
+}
+
+// Where the coverage of stencil shapes is gathered for scan conversion.
+typedef agg::rasterizer_scanline_aa<> art_coverage;
+
+// The node of every tree: documents, the viewer and the editor's interface. Object space has its
+// origin at the top-left corner and the size as extent; object to parent is
+//   p_parent = Location + R(Angle) * (Scale * (p_object - Size * Handle)).
+class art_object : public base_object
+{
+public:
+    art_object();
+    explicit art_object(reference_pointer<xbd_tag> Tag);
+    art_object(const art_object &Other);
+    ~art_object() override;
+
+    zel_string GetName() override;
+
+    virtual void SetSizeInternal(point2d NewSize, bool FromLayout);
+    virtual void SetLocationInternal(point2d NewLocation, bool FromLayout);
+    virtual void SetName(const zel_string &NewName);
+    virtual void ChildrenLayoutChanged();
+    virtual bool Layout();
+    virtual void ChildSizeChanged();
+    virtual void InvalidateLayout();
+    virtual void WidthSettled();
+    virtual bool SizeDependsOnChildren();
+    virtual bool SizeDependsOnParent();
+    virtual bool WidthDependsOnChildren();
+    virtual bool HeightDependsOnChildren();
+    virtual bool WidthDependsOnParent();
+    virtual bool HeightDependsOnParent();
+    virtual void SetShape(ownership_pointer<art_object> Shape);
+    virtual reference_pointer<art_shape> GetShape();
+    // Const, so that it adds a slot of its own beside base_object's untyped Duplicate.
+    virtual ownership_pointer<art_object> Duplicate() const;
+    virtual rectangle GetChildrenExtent();
+    virtual double GetChildrenWidth();
+    virtual double GetChildrenHeight();
+    virtual int32_t GetRedrawCount();
+    virtual void ParentChanged();
+    virtual point2d GetSize();
+    virtual point2d GetLocation();
+    virtual void SetSize(point2d NewSize);
+    virtual void SetLocation(point2d NewLocation);
+    virtual void SetHandle(point2d NewHandle);
+    virtual point2d GetHandleOffset();
+    virtual point2d GetHandle();
+    virtual point2d GetMinimumSize();
+    virtual void SetAngle(double NewAngle);
+    virtual void SetStackMode(art_stack_mode NewMode);
+    virtual void SetStackModeInternal(art_stack_mode NewMode);
+    virtual reference_pointer<art_top_object> GetTopObject();
+    virtual ownership_pointer<art_object> RemoveChild(reference_pointer<art_object> Child);
+    // Matrix maps this object's parent space into Target's pixels.
+    virtual void Draw(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                      agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    virtual void DrawContent(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                             agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    // Point in this object's space.
+    virtual bool HasStencilCoverage(point2d Point);
+    virtual void GetCoverage(art_coverage &Coverage, const agg::trans_affine &Matrix);
+    // Rect in this object's space, which is the space of its children's frames.
+    virtual void RequestRedrawRect(const rectangle &Rect);
+    virtual void RequestRedraw();
+    // Matrix becomes: Matrix, then parent to object. Composes down the tree from any outer space.
+    virtual void ApplyParentToObject(agg::trans_affine &Matrix);
+    // Matrix becomes: object to parent, then Matrix. Composes down the tree towards any outer space.
+    virtual void ApplyObjectToParent(agg::trans_affine &Matrix);
+    virtual agg::trans_affine GetObjectToParent();
+    virtual bool IsPointInside(const point2d &Point);
+    virtual bool IsPointNear(const point2d &Point, double Margin);
+    virtual point2d ParentToObjectVector(point2d Vector);
+    virtual void DeleteMarkedChildren();
+    // The event comes in this object's own space; see art_object_children for the routing.
+    virtual reference_pointer<art_object> HandlePointerEvent(reference_pointer<art_pointer_event> PointerEvent);
+    virtual reference_pointer<art_object> HandleKeyEvent(reference_pointer<art_key_event> KeyEvent);
+    virtual bool AcceptsTextInput();
+    // A 2 by 2 matrix: the translation stays 0.
+    virtual agg::trans_affine GetShapeMatrix();
+    virtual void SetShapeMatrix(const agg::trans_affine &Matrix);
+    virtual reference_pointer<art_object> FindEditTarget();
+    virtual bool IsEditTarget();
+    virtual bool CanHaveChildren();
+    virtual double GetNaturalAspectRatio();
+    virtual void GetHandleTip(zel_string &Title, zel_string &Text);
+    virtual int GetSpecialControlCount();
+    virtual void ReservedNoOp();
+    virtual agg::rgba GetHandleColor();
+    virtual point2d GetSpecialControl(int Index);
+    virtual void SetSpecialControl(int Index, point2d Point);
+    virtual bool IsLayer();
+    virtual bool HasOwnFrame();
+    virtual bool IsFramed();
+    virtual double GetHitMargin();
+    virtual double GetHitMarginX();
+    virtual double GetHitMarginY();
+    virtual bool HasGradientControls();
+    // Rect in the space that Matrix maps this object's parent space into.
+    virtual void ExpandRedrawRect(rectangle &Rect, const agg::trans_affine &Matrix);
+    virtual void ExpandDrawWindow(rectangle &Window, const agg::trans_affine &Matrix);
+    virtual void PrepareForSave();
+    virtual void WriteAttributes(reference_pointer<xbd_tag> Tag);
+    virtual zel_string GetTagName();
+    virtual void UpdateBitmaps();
+    virtual ownership_pointer<xbd_tag> CreateTag(reference_pointer<xbd_file> File);
+    virtual void ReadBitmaps(const reference_pointer<art_bitmap_manager> &Bitmaps);
+    virtual void WriteBitmaps(const reference_pointer<art_bitmap_manager> &Bitmaps);
+    virtual bool IsLayerObject();
+    virtual bool IsTextObject();
+    virtual bool IsFillEffect();
+    virtual bool IsFilterEffect();
+    virtual bool ReservedQuery();
+    virtual bool CanBeSelected();
+    virtual bool CanResizeContent();
+    virtual void SetFrame(point2d Offset, point2d NewSize);
+    virtual void FitToChildren();
+    virtual zel_string GetTypeLabel();
+    virtual zel_string GetDebugName();
+    virtual void SetVisible(bool NewVisible);
+    virtual bool IsVisible();
+    virtual double GetNextFrameTime(double Now);
+    virtual bool IsAnimated();
+    virtual double GetAnimationLength();
+    virtual double GetCurrentTime();
+
+    reference_pointer<art_object> GetParent() const { return Parent; }
+    array_iterator<ownership_pointer<art_object>> GetChildren();
+    reference_pointer<art_object_children> GetChildrenObject() const;
+    int GetNumberOfChildren() const;
+    bool HasChildren() const;
+    reference_pointer<art_object> AddChild(ownership_pointer<art_object> Child);
+    reference_pointer<art_object> AddChildAfter(reference_pointer<art_object> After, ownership_pointer<art_object> Child);
+    bool MoveChild(reference_pointer<art_object> Child, int Delta);
+    reference_pointer<art_object> GetChildAt(const point2d &Point, double Margin,
+                                             reference_pointer<art_object> Start = reference_pointer<art_object>());
+    reference_pointer<art_object> GetChildByName(const zel_string &ChildName);
+    bool GetMarkedForDeletion() const { return MarkedForDeletion; }
+    void MarkForDeletion() { MarkedForDeletion = true; }
+    void MarkChildrenForDeletion();
+    bool IsStencilled();
+
+    point2d GetScale() const { return Scale; }
+    void SetScale(point2d NewScale);
+    double GetAngle() const { return Angle; }
+    double GetOpacity() const { return Opacity; }
+    void SetOpacity(double NewOpacity);
+    art_stack_mode GetStackMode() const { return StackMode; }
+    double GetAspectRatio() const { return AspectRatio; }
+    bool HasAspectRatio() const { return HasAspectRatioField; }
+    int32_t GetLockMode() const { return LockMode; }
+    void SetLockMode(int32_t NewLockMode);
+    bool GetDropInEnabled() const { return DropInEnabled; }
+    void SetDropInEnabled(bool Enabled) { DropInEnabled = Enabled; }
+    bool GetDroppedIn() const { return DroppedIn; }
+    void SetDroppedIn(bool NewDroppedIn) { DroppedIn = NewDroppedIn; }
+    reference_pointer<art_autolayout> GetLayout() const;
+    bool IsLayoutValid() const { return LayoutValid; }
+    // Settled: this object's layout and its children's are up to date.
+    bool IsLayoutSettled() const;
+
+    // "normal", "stencil", "post", "+stencil" or "-stencil".
+    static zel_string GetStackModeText(art_stack_mode Mode);
+
+    // The box of the object's frame in parent space, rounded outward to whole units.
+    rectangle GetParentBounds();
+    // Matrix maps this object's space outward; the result is everything the object draws.
+    rectangle GetDrawBounds(const agg::trans_affine &Matrix);
+
+protected:
+    // Nothing for a normal object: that is the default of the attribute.
+    void WriteStackMode(reference_pointer<xbd_tag> Tag);
+    void SetParent(reference_pointer<art_object> NewParent);
+    void ComputeAspectRatio();
+    void TellLayoutTheFrame();
+    void InvalidateChildrenDependingOnParent(bool Width, bool Height);
+    // The children object sets the parent of every child it takes in.
+    friend class art_object_children;
+
+    zel_string Name;
+    bool Visible;
+    // Beside Visible, so that a hit test reads both from the same cache line.
+    bool MarkedForDeletion;
+    point2d Location;
+    point2d Size;
+    point2d Handle;
+    double Angle;
+    point2d Scale;
+    // The cosine and sine of RotationAngle, kept so that frames turn without computing them anew.
+    double RotationAngle;
+    double RotationCos;
+    double RotationSin;
+    double AspectRatio;
+    bool HasAspectRatioField;
+    int32_t LockMode;
+    bool DroppedIn;
+    bool DropInEnabled;
+    ownership_pointer<art_autolayout> AutoLayout;
+    double Opacity;
+    art_stack_mode StackMode;
+    ownership_pointer<art_object_children> Children;
+    reference_pointer<art_object> Parent;
+    int32_t RedrawCount;
+    bool LayoutValid;
+
+private:
+    void ReadAttributes(reference_pointer<xbd_tag> Tag);
+    void UpdateRotation();
+    agg::trans_affine ComputeObjectToParent();
+    // Gives one axis the layout's extent, raised to the minimum; true when the size changed.
+    bool SettleExtent(bool Horizontal, double Extent);
+    void DropChildrenIfEmpty();
+};
