@@ -3,6 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/bench_ratio_reporter.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <algorithm>
@@ -183,40 +185,18 @@ BENCHMARK(StdStringInsert)->Unit(benchmark::kMillisecond);
 BENCHMARK(ZelStringLookup)->Unit(benchmark::kMillisecond);
 BENCHMARK(StdStringLookup)->Unit(benchmark::kMillisecond);
 
-// Prints as usual and keeps each benchmark's CPU time per iteration: the median of its repetitions
-// when there are several, for the ratios.
-class ratio_reporter : public benchmark::ConsoleReporter
-{
-public:
-    std::map<std::string, double> Times;
-
-    void ReportRuns(const std::vector<Run> &Runs) override
-    {
-        ConsoleReporter::ReportRuns(Runs);
-        for (const Run &Result : Runs) {
-            bool IsMedian = Result.run_type == Run::RT_Aggregate && Result.aggregate_name == "median";
-            if (IsMedian || (Result.run_type == Run::RT_Iteration && Result.repetitions <= 1))
-                Times[Result.run_name.function_name] = Result.GetAdjustedCPUTime();
-        }
-    }
-};
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     ratio_reporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    benchmark::Shutdown();
+    if (!Reporter.RunAll(argc, argv))
+        return 1;
     std::printf("\nCPU time of the system's map over the standard map's (1.0 = equal):\n");
     for (const char *Case : {"IntInsert", "IntLookup", "StringInsert", "StringLookup"}) {
-        auto Ours = Reporter.Times.find(std::string("Zel") + Case);
-        auto Theirs = Reporter.Times.find(std::string("Std") + Case);
-        if (Ours != Reporter.Times.end() && Theirs != Reporter.Times.end())
-            std::printf("  %-13s %.2f\n", Case, Ours->second / Theirs->second);
+        double Ratio = Reporter.GetRatio(std::string("Zel") + Case, std::string("Std") + Case);
+        if (Ratio >= 0)
+            std::printf("  %-13s %.2f\n", Case, Ratio);
     }
     return 0;
 }

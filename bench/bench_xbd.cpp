@@ -8,6 +8,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/bench_ratio_reporter.h"
+
 #include <malloc.h>
 
 #include <atomic>
@@ -402,34 +404,13 @@ BENCHMARK(BlobHeavyWrite)->Unit(benchmark::kMillisecond);
 BENCHMARK(BlobHeavyMemcpy)->Unit(benchmark::kMillisecond);
 BENCHMARK(BlobHeavyMemcpyFresh)->Unit(benchmark::kMillisecond);
 
-// Prints as usual and keeps each benchmark's real time per iteration, the median of its repetitions
-// when there are several, for the ratios.
-class ratio_reporter : public benchmark::ConsoleReporter
-{
-public:
-    std::map<std::string, double> Times;
-
-    void ReportRuns(const std::vector<Run> &Runs) override
-    {
-        ConsoleReporter::ReportRuns(Runs);
-        for (const Run &Result : Runs) {
-            bool IsMedian = Result.run_type == Run::RT_Aggregate && Result.aggregate_name == "median";
-            if (IsMedian || (Result.run_type == Run::RT_Iteration && Result.repetitions <= 1))
-                Times[Result.run_name.function_name] = Result.GetAdjustedRealTime();
-        }
-    }
-};
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    ratio_reporter Reporter(ratio_reporter::RealTime);
+    if (!Reporter.RunAll(argc, argv))
         return 1;
-    ratio_reporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    benchmark::Shutdown();
     if (MemoryResult.Measured)
         std::printf("\nLoading %lld tags: peak %.1f MB of heap (object pool %.1f MB of it), %.1f MB kept; "
                     "estimated tree %.1f MB; peak over estimate %.2f\n",
@@ -437,13 +418,10 @@ int main(int argc, char **argv)
                     MemoryResult.RetainedMB, MemoryResult.EstimateMB, MemoryResult.PeakMB / MemoryResult.EstimateMB);
     std::printf("\nTime over memcpy of the same 64 MiB (1.0 = as fast as memcpy):\n");
     for (const char *Baseline : {"BlobHeavyMemcpy", "BlobHeavyMemcpyFresh"}) {
-        auto Copy = Reporter.Times.find(Baseline);
-        if (Copy == Reporter.Times.end())
-            continue;
         for (const char *Case : {"BlobHeavyParse", "BlobHeavyWrite"}) {
-            auto Ours = Reporter.Times.find(Case);
-            if (Ours != Reporter.Times.end())
-                std::printf("  %-15s over %-21s %.2f\n", Case, Baseline, Ours->second / Copy->second);
+            double Ratio = Reporter.GetRatio(Case, Baseline);
+            if (Ratio >= 0)
+                std::printf("  %-15s over %-21s %.2f\n", Case, Baseline, Ratio);
         }
     }
     return 0;
