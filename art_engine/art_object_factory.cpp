@@ -1,18 +1,48 @@
 #include "art_engine/art_object_factory.h"
 
-#include "xbd/xbd.h"
+#include "art_engine/art_unknown_object.h"
+#include "zel_basics/debug.h"
+
+namespace {
+
+// Destroyed at exit with everything it made; the object pool outlives it.
+ownership_pointer<art_object_factory> TheFactory;
+
+} // namespace
+
+// The master table, in the order of registration. A class joins it here when it exists; until then
+// its tag loads as an unknown object and is saved unchanged.
+art_object_factory::art_object_factory()
+{
+    Register<art_object>("pego");
+}
 
 reference_pointer<art_object_factory> art_object_factory::GetFactory()
 {
-    static ownership_pointer<art_object_factory> Factory;
-    if (!Factory.IsSet())
-        Factory.Reset(new art_object_factory);
-    return reference_pointer<art_object_factory>(Factory.Get());
+    if (!TheFactory.IsSet())
+        TheFactory.Reset(new art_object_factory);
+    return reference_pointer<art_object_factory>(TheFactory.Get());
 }
 
 ownership_pointer<art_object> art_object_factory::Make(reference_pointer<xbd_tag> Tag)
 {
-    if (Tag->GetName() == "pego")
-        return ownership_pointer<art_object>(new art_object(Tag));
-    return ownership_pointer<art_object>();
+    zel_string TagName = Tag->GetName();
+    int Slot = PegMakers.Find(TagName);
+    if (Slot < 0)
+        return ownership_pointer<art_object>(new art_unknown_object(Tag));
+    TOVAS_ASSERT(PegMakers[TagName].IsSet(), this);
+    return PegMakers.GetValueAt(Slot)->Make(Tag);
+}
+
+void art_object_factory::AddMaker(ownership_pointer<art_maker_interface> Maker)
+{
+    zel_string TagName = Maker->GetTagName();
+    PegMakers.Insert(TagName, Maker);
+}
+
+ownership_pointer<art_object> ArtMakeObjectFromTag(reference_pointer<xbd_tag> Tag)
+{
+    reference_pointer<art_object_factory> F = art_object_factory::GetFactory();
+    TOVAS_ASSERT(F.IsSet(), nullptr);
+    return F->Make(Tag);
 }

@@ -5,6 +5,9 @@
 #include <cstring>
 #include <exception>
 
+#include "hosts/object_listing.h"
+#include "hosts/object_tree_loading.h"
+#include "hosts/object_tree_saving.h"
 #include "hosts/xbd_dump.h"
 #include "rofa_lib/rofa_plugin_api.h"
 #include "rofa_lib/stdio_file_streams.h"
@@ -15,7 +18,9 @@ namespace {
 
 const char *const Usage = "usage: rofa-tool version\n"
                           "       rofa-tool dump FILE\n"
-                          "       rofa-tool compile IN OUT\n";
+                          "       rofa-tool compile IN OUT\n"
+                          "       rofa-tool objects FILE\n"
+                          "       rofa-tool resave IN OUT\n";
 
 struct usage_error
 {
@@ -60,6 +65,24 @@ int RunCompile(int ArgumentCount, char **Arguments)
     return 0;
 }
 
+int RunObjects(int ArgumentCount, char **Arguments)
+{
+    if (ArgumentCount != 3)
+        throw usage_error();
+    ownership_pointer<art_object> Tree = LoadObjectTree(Arguments[2]);
+    WriteStandardOutput(ListObjects(*Tree));
+    return 0;
+}
+
+int RunResave(int ArgumentCount, char **Arguments)
+{
+    if (ArgumentCount != 4)
+        throw usage_error();
+    ownership_pointer<art_object> Tree = LoadObjectTree(Arguments[2]);
+    WriteFile(Arguments[3], SaveObjectTree(*Tree));
+    return 0;
+}
+
 struct command
 {
     const char *Name;
@@ -70,6 +93,8 @@ const command Commands[] = {
     {"version", RunVersion},
     {"dump", RunDump},
     {"compile", RunCompile},
+    {"objects", RunObjects},
+    {"resave", RunResave},
 };
 
 } // namespace
