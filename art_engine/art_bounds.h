@@ -30,20 +30,25 @@ public:
     // The empty union reads as the zero rectangle at the origin.
     rectangle GetRectangle() const { return Empty ? rectangle() : rectangle(Low, High - Low); }
 
+    // The box of Box moved by Offset: what TransformBox gives for a matrix that only moves, the
+    // same sums with the products by 1 and 0 left out.
+    static rectangle MoveBox(const rectangle &Box, double OffsetX, double OffsetY)
+    {
+        double X0 = Box.Location.X + OffsetX;
+        double X1 = (Box.Location.X + Box.Size.X) + OffsetX;
+        double Y0 = Box.Location.Y + OffsetY;
+        double Y1 = (Box.Location.Y + Box.Size.Y) + OffsetY;
+        point2d Low(X0 < X1 ? X0 : X1, Y0 < Y1 ? Y0 : Y1);
+        point2d High(X0 < X1 ? X1 : X0, Y0 < Y1 ? Y1 : Y0);
+        return rectangle(Low, High - Low);
+    }
+
     // The box of the four corners of Box under Matrix.
     static rectangle TransformBox(const rectangle &Box, const agg::trans_affine &Matrix)
     {
-        // A plain move, the common case of redraw requests going up the tree: the same sums as the
-        // general case, with the products by 1 and 0 left out.
-        if (Matrix.sx == 1 && Matrix.shy == 0 && Matrix.shx == 0 && Matrix.sy == 1) {
-            double X0 = Box.Location.X + Matrix.tx;
-            double X1 = (Box.Location.X + Box.Size.X) + Matrix.tx;
-            double Y0 = Box.Location.Y + Matrix.ty;
-            double Y1 = (Box.Location.Y + Box.Size.Y) + Matrix.ty;
-            point2d Low(X0 < X1 ? X0 : X1, Y0 < Y1 ? Y0 : Y1);
-            point2d High(X0 < X1 ? X1 : X0, Y0 < Y1 ? Y1 : Y0);
-            return rectangle(Low, High - Low);
-        }
+        // A plain move is the common case of redraw requests going up the tree.
+        if (Matrix.sx == 1 && Matrix.shy == 0 && Matrix.shx == 0 && Matrix.sy == 1)
+            return MoveBox(Box, Matrix.tx, Matrix.ty);
         double Xs[4] = {Box.Location.X, Box.Location.X + Box.Size.X, Box.Location.X, Box.Location.X + Box.Size.X};
         double Ys[4] = {Box.Location.Y, Box.Location.Y, Box.Location.Y + Box.Size.Y, Box.Location.Y + Box.Size.Y};
         for (int I = 0; I < 4; I++)

@@ -6,6 +6,7 @@
 #include "art_engine/art_bounds.h"
 #include "art_engine/art_layout.h"
 #include "art_engine/art_object_children.h"
+#include "art_engine/art_object_frame.h"
 #include "art_engine/art_object_factory.h"
 #include "xbd/xbd.h"
 
@@ -18,8 +19,10 @@ static bool DiffersBeyondTolerance(point2d A, point2d B)
 }
 
 art_object::art_object()
-    : Visible(true), MarkedForDeletion(false), Location(0, 0), Size(50, 50), Handle(0.5, 0.5), Angle(0), Scale(1, 1),
-      RotationAngle(0), RotationCos(1), RotationSin(0), AspectRatio(1), HasAspectRatioField(false), LockMode(0), DroppedIn(false), DropInEnabled(false), Opacity(1), StackMode(StackModeNormal), RedrawCount(0), LayoutValid(false)
+    : Visible(true), MarkedForDeletion(false), LayoutValid(false), StackMode(StackModeNormal), Location(0, 0),
+      Size(50, 50), Handle(0.5, 0.5), Angle(0), Scale(1, 1), RedrawCount(0), RotationAngle(0), RotationCos(1),
+      RotationSin(0), AspectRatio(1), HasAspectRatioField(false), LockMode(0), DroppedIn(false), DropInEnabled(false),
+      Opacity(1)
 {
     AutoLayout.Reset(new art_floating_autolayout(this));
 }
@@ -30,13 +33,12 @@ art_object::art_object(reference_pointer<xbd_tag> Tag) : art_object()
 }
 
 art_object::art_object(const art_object &Other)
-    : base_object(Other), Name(Other.Name), Visible(true), MarkedForDeletion(false), Location(Other.Location),
-      Size(Other.Size), Handle(Other.Handle), Angle(Other.Angle), Scale(Other.Scale),
-      RotationAngle(Other.RotationAngle), RotationCos(Other.RotationCos), RotationSin(Other.RotationSin),
-      AspectRatio(Other.AspectRatio),
+    : base_object(Other), Visible(true), MarkedForDeletion(false), LayoutValid(false), StackMode(Other.StackMode),
+      Location(Other.Location), Size(Other.Size), Handle(Other.Handle), Angle(Other.Angle), Scale(Other.Scale),
+      RedrawCount(0), AutoLayout(Other.AutoLayout->Duplicate()), Name(Other.Name), RotationAngle(Other.RotationAngle),
+      RotationCos(Other.RotationCos), RotationSin(Other.RotationSin), AspectRatio(Other.AspectRatio),
       HasAspectRatioField(Other.HasAspectRatioField), LockMode(Other.LockMode), DroppedIn(Other.DroppedIn),
-      DropInEnabled(Other.DropInEnabled), AutoLayout(Other.AutoLayout->Duplicate()),
-      Opacity(Other.Opacity), StackMode(Other.StackMode), RedrawCount(0), LayoutValid(false)
+      DropInEnabled(Other.DropInEnabled), Opacity(Other.Opacity)
 {
     AutoLayout->SetObject(this);
     if (Other.Children.IsSet() && Other.Children->GetNumberOfElements() > 0) {
@@ -87,7 +89,7 @@ void art_object::ReadAttributes(reference_pointer<xbd_tag> Tag)
 
     reference_pointer<xbd_tag> ShapeTag = Tag->GetChildTag("shape");
     if (ShapeTag.IsSet())
-        SetShape(art_object_factory::GetFactory()->Make(ShapeTag));
+        SetShape(ArtMakeObjectFromTag(ShapeTag));
 
     reference_pointer<xbd_tag> ChildrenTag = Tag->GetChildTag("children");
     if (ChildrenTag.IsSet() && ChildrenTag->GetChildren().GetNumberOfElements() > 0) {
@@ -239,7 +241,7 @@ void art_object::SetLocationInternal(point2d NewLocation, bool FromLayout)
     bool Differs = DiffersBeyondTolerance(NewLocation, Location);
     if (Differs) {
         if (Parent.IsSet())
-            Parent->RequestRedrawRect(GetParentBounds());
+            RequestRedrawRectOfParent();
         else
             RequestRedraw();
     }
@@ -247,7 +249,7 @@ void art_object::SetLocationInternal(point2d NewLocation, bool FromLayout)
     if (!Differs)
         return;
     if (Parent.IsSet())
-        Parent->RequestRedrawRect(GetParentBounds());
+        RequestRedrawRectOfParent();
     else
         RequestRedraw();
     if (FromLayout)
@@ -493,83 +495,70 @@ bool art_object::HasStencilCoverage(point2d Point)
 // Scan conversion fills the coverage from the stencil shapes.
 void art_object::GetCoverage(art_coverage &, const agg::trans_affine &) {}
 
+// Every change sends rectangles up to the root, several for each object that a layout moves, so
+// the request climbs through plain objects by this loop rather than by a call a level. An object
+// of any other class may handle a rectangle its own way and is asked by its virtual operation.
 void art_object::RequestRedrawRect(const rectangle &Rect)
 {
-    RedrawCount++;
-    if (Parent.IsSet())
-        Parent->RequestRedrawRect(art_bounds::TransformBox(Rect, ComputeObjectToParent()));
+    art_object *Object = this;
+    // The box goes by value from level to level, so that it can stay in registers: only copies of
+    // it leave the loop.
+    rectangle Box = Rect;
+    for (;;) {
+        Object->RedrawCount++;
+        art_object *Up = Object->Parent.Get();
+        if (Up == nullptr)
+            return;
+        Box = Object->BoxToParent(Box);
+        if (!Up->IsPlainObject()) {
+            rectangle Handed = Box;
+            Up->RequestRedrawRect(Handed);
+            return;
+        }
+        Object = Up;
+    }
+}
+
+rectangle art_object::TransformedBoxToParent(const rectangle &Box)
+{
+    return art_bounds::TransformBox(Box, ComputeObjectToParent());
+}
+
+void art_object::RequestRedrawRectOfParent()
+{
+    art_object *Up = Parent.Get();
+    if (Up == nullptr)
+        return;
+    if (Up->IsPlainObject())
+        Up->art_object::RequestRedrawRect(GetParentBounds());
+    else
+        Up->RequestRedrawRect(GetParentBounds());
 }
 
 void art_object::RequestRedraw()
 {
     RedrawCount++;
-    if (!IsVisible())
+    // A plain object answers visibility from its fields, and always has a frame of its own.
+    bool Plain = IsPlainObject();
+    if (Plain ? !Visible || MarkedForDeletion : !IsVisible())
         return;
-    if (!HasOwnFrame()) {
+    if (!Plain && !HasOwnFrame()) {
         if (Children.IsSet())
             for (int I = 0; I < Children->GetNumberOfElements(); I++)
                 Children->GetChild(I)->RequestRedraw();
         return;
     }
-    if (Parent.IsSet())
-        Parent->RequestRedrawRect(GetParentBounds());
+    RequestRedrawRectOfParent();
 }
 
-// AGG's rotate, with the cosine and sine given: a frame keeps them for its angle.
-static inline void Rotate(agg::trans_affine &Matrix, double Cos, double Sin)
-{
-    double T0 = Matrix.sx * Cos - Matrix.shy * Sin;
-    double T2 = Matrix.shx * Cos - Matrix.sy * Sin;
-    double T4 = Matrix.tx * Cos - Matrix.ty * Sin;
-    Matrix.shy = Matrix.sx * Sin + Matrix.shy * Cos;
-    Matrix.sy = Matrix.shx * Sin + Matrix.sy * Cos;
-    Matrix.ty = Matrix.tx * Sin + Matrix.ty * Cos;
-    Matrix.sx = T0;
-    Matrix.shx = T2;
-    Matrix.tx = T4;
-}
-
-void art_object::UpdateRotation()
-{
-    if (Angle == RotationAngle)
-        return;
-    RotationAngle = Angle;
-    RotationCos = std::cos(Angle);
-    RotationSin = std::sin(Angle);
-}
-
-// Steps that would multiply by an identity are skipped: the result is the same, and hit tests and
-// layout run through here for every object they touch.
 void art_object::ApplyParentToObject(agg::trans_affine &Matrix)
 {
-    Matrix.translate(-Location.X, -Location.Y);
-    if (Angle != 0) {
-        UpdateRotation();
-        Rotate(Matrix, RotationCos, -RotationSin);
-    }
-    if (Scale.X != 1 || Scale.Y != 1)
-        Matrix.scale(1 / Scale.X, 1 / Scale.Y);
-    Matrix.translate(Size.X * Handle.X, Size.Y * Handle.Y);
+    ComputeParentToObject(Matrix);
 }
 
 void art_object::ApplyObjectToParent(agg::trans_affine &Matrix)
 {
     Matrix.premultiply(GetObjectToParent());
-}
-
-// Redraw requests climb the tree through here for every change, so they take the frame without
-// a virtual call; the result is GetObjectToParent's.
-inline agg::trans_affine art_object::ComputeObjectToParent()
-{
-    agg::trans_affine Matrix(1, 0, 0, 1, -Size.X * Handle.X, -Size.Y * Handle.Y);
-    if (Scale.X != 1 || Scale.Y != 1)
-        Matrix.scale(Scale.X, Scale.Y);
-    if (Angle != 0) {
-        UpdateRotation();
-        Rotate(Matrix, RotationCos, RotationSin);
-    }
-    Matrix.translate(Location.X, Location.Y);
-    return Matrix;
 }
 
 agg::trans_affine art_object::GetObjectToParent()
@@ -588,8 +577,8 @@ point2d art_object::ParentToObjectVector(point2d Vector)
 rectangle art_object::GetParentBounds()
 {
     rectangle Box;
-    if (HasOwnFrame())
-        Box = art_bounds::TransformBox(rectangle(point2d(), Size), ComputeObjectToParent());
+    if (IsPlainObject() || HasOwnFrame())
+        Box = BoxToParent(rectangle(point2d(), Size));
     else
         Box = GetDrawBounds(agg::trans_affine());
     point2d Low(std::floor(Box.Location.X), std::floor(Box.Location.Y));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <typeinfo>
 
 #include <agg_color_rgba.h>
 #include <agg_rasterizer_scanline_aa.h>
@@ -216,15 +217,22 @@ protected:
     // The children object sets the parent of every child it takes in.
     friend class art_object_children;
 
-    zel_string Name;
+    // The fields that layout, redraw requests and hit tests read for every object come first, so
+    // that a walk over a large tree touches few cache lines of each object.
     bool Visible;
-    // Beside Visible, so that a hit test reads both from the same cache line.
     bool MarkedForDeletion;
+    bool LayoutValid;
+    art_stack_mode StackMode;
     point2d Location;
     point2d Size;
     point2d Handle;
     double Angle;
     point2d Scale;
+    reference_pointer<art_object> Parent;
+    int32_t RedrawCount;
+    ownership_pointer<art_autolayout> AutoLayout;
+    ownership_pointer<art_object_children> Children;
+    zel_string Name;
     // The cosine and sine of RotationAngle, kept so that frames turn without computing them anew.
     double RotationAngle;
     double RotationCos;
@@ -234,18 +242,28 @@ protected:
     int32_t LockMode;
     bool DroppedIn;
     bool DropInEnabled;
-    ownership_pointer<art_autolayout> AutoLayout;
     double Opacity;
-    art_stack_mode StackMode;
-    ownership_pointer<art_object_children> Children;
-    reference_pointer<art_object> Parent;
-    int32_t RedrawCount;
-    bool LayoutValid;
 
 private:
     void ReadAttributes(reference_pointer<xbd_tag> Tag);
+    // From here to ParentPointToObject: inline, in art_object_frame.h.
     void UpdateRotation();
     agg::trans_affine ComputeObjectToParent();
+    // The box of Box, given in this object's space, in parent space: TransformBox under
+    // ComputeObjectToParent.
+    rectangle BoxToParent(const rectangle &Box);
+    // Kept out of line: it is the rare road of BoxToParent, and inlined it would crowd the hot one.
+    __attribute__((noinline)) rectangle TransformedBoxToParent(const rectangle &Box);
+    void ComputeParentToObject(agg::trans_affine &Matrix);
+    // Point, in parent space, in this object's space by the steps of ComputeParentToObject.
+    point2d ParentPointToObject(const point2d &Point);
+    // A plain art_object, not a subclass: every virtual operation is then this class's own, so
+    // the walks that run for every object of a tree read the fields those operations answer from.
+    // Type information compares by address; were two copies of it ever to differ, the walks would
+    // only take the slower road through the virtual calls.
+    bool IsPlainObject() const { return &typeid(*this) == &typeid(art_object); }
+    // The parent's RequestRedrawRect with this object's box, when there is a parent.
+    void RequestRedrawRectOfParent();
     // Gives one axis the layout's extent, raised to the minimum; true when the size changed.
     bool SettleExtent(bool Horizontal, double Extent);
     void DropChildrenIfEmpty();

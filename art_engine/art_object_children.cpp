@@ -1,6 +1,7 @@
 #include "art_engine/art_object_children.h"
 
 #include "art_engine/art_object_factory.h"
+#include "art_engine/art_object_frame.h"
 #include "xbd/xbd.h"
 
 // ---- The children of an object, as the object sees them ----
@@ -131,7 +132,7 @@ static bool IsInFrame(double X, double Y, point2d Size, double Margin)
 
 // The point rides in the matrix as a translation, so the steps of parent to object apply to it in
 // their own order: from the location, turned back, unscaled, then out to the pivot.
-static point2d ParentPointToObject(art_object &Object, const point2d &Point)
+static point2d ToObjectSpace(art_object &Object, const point2d &Point)
 {
     agg::trans_affine Matrix(1, 0, 0, 1, Point.X, Point.Y);
     Object.ApplyParentToObject(Matrix);
@@ -140,7 +141,7 @@ static point2d ParentPointToObject(art_object &Object, const point2d &Point)
 
 bool art_object::IsPointInside(const point2d &Point)
 {
-    point2d Local = ParentPointToObject(*this, Point);
+    point2d Local = ToObjectSpace(*this, Point);
     if (IsLayer())
         return GetChildAt(Local, 0).IsSet();
     return IsInFrame(Local.X, Local.Y, Size, 0);
@@ -148,7 +149,7 @@ bool art_object::IsPointInside(const point2d &Point)
 
 bool art_object::IsPointNear(const point2d &Point, double Margin)
 {
-    point2d Local = ParentPointToObject(*this, Point);
+    point2d Local = ToObjectSpace(*this, Point);
     if (IsLayer())
         return GetChildAt(Local, Margin).IsSet();
     return IsInFrame(Local.X, Local.Y, Size, Margin);
@@ -235,11 +236,22 @@ reference_pointer<art_object> art_object_children::GetChildAt(const point2d &Poi
                                                               reference_pointer<art_object> Start)
 {
     int First = Start.IsSet() ? FindIndex(Start.Get()) - 1 : Children.GetNumberOfElements() - 1;
+    double FrameMargin = Margin <= 0 ? 0 : Margin;
     for (int I = First; I >= 0; I--) {
         art_object *Child = Children[I].Get();
         // Most children miss: asking the geometry first spares the visibility question for them.
-        bool Hit = Margin <= 0 ? Child->IsPointInside(Point) : Child->IsPointNear(Point, Margin);
-        if (Hit && Child->IsVisible())
+        // A plain object is no layer, and its frame and visibility are its fields: it is tested
+        // here without a virtual call.
+        bool Hit;
+        if (Child->IsPlainObject()) {
+            point2d Local = Child->ParentPointToObject(Point);
+            Hit = IsInFrame(Local.X, Local.Y, Child->Size, FrameMargin) && Child->Visible &&
+                  !Child->MarkedForDeletion;
+        } else {
+            Hit = (Margin <= 0 ? Child->IsPointInside(Point) : Child->IsPointNear(Point, Margin)) &&
+                  Child->IsVisible();
+        }
+        if (Hit)
             return reference_pointer<art_object>(Child);
     }
     return reference_pointer<art_object>();
