@@ -16,4 +16,7 @@ public:
     virtual int GetBitsPerPixel() { return 32; }
     virtual int GetBytesPerPixel() { return 4; }
     virtual bool IsArtBitmap() { return false; }
+    // Whether colour channels are already multiplied by alpha. Pixels from outside the engine (the
+    // clipboard, image files) carry straight alpha.
+    virtual bool IsPremultiplied() { return false; }
 };

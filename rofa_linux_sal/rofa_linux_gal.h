@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "rofa_lib/rofa_plugin_api.h"
+#include "rofa_lib/win_rgba.h"
 #include "rofa_lib/zel_hal.h"
-#include "rofa_linux_sal/win_rgba.h"
 #include "zel_basics/array.h"
 #include "zel_basics/rectangle.h"
 

@@ -1,0 +1,164 @@
+#include "art_engine/art_bitmap.h"
+
+#include <cstring>
+
+#include "art_engine/art_blend.h"
+#include "art_engine/art_object.h"
+#include "zel_basics/debug.h"
+
+art_bitmap::art_bitmap()
+    : Pixels(1), PixelFormat(RenderingBuffer), BaseRenderer(PixelFormat), SolidRenderer(BaseRenderer)
+{
+    AttachRenderers();
+}
+
+art_bitmap::art_bitmap(int Width, int Height) : art_bitmap() { SetSize(Width, Height); }
+
+art_bitmap::art_bitmap(reference_pointer<bitmap_interface> Source) : art_bitmap()
+{
+    TOVAS_ASSERT(Source->GetBitsPerPixel()==GetBitsPerPixel(), this);
+    int_point2d SourceSize = Source->GetSize();
+    SetSize(SourceSize.X, SourceSize.Y);
+    const uint8_t *FirstLine = Source->GetFirstLine();
+    ptrdiff_t SourceStride = Source->GetLineStride();
+    size_t RowBytes = size_t(Size.X) * size_t(Source->GetBytesPerPixel());
+    if (RowBytes > 0) {
+        for (int Y = 0; Y < Size.Y; Y++)
+            std::memcpy(GetPixelRow(Y), FirstLine + Y * SourceStride, RowBytes);
+    }
+    if (!Source->IsPremultiplied())
+        ForEachPixel([](agg::rgba8 *Pixel) { PremultiplyPixel(*Pixel); });
+}
+
+void art_bitmap::SetSize(int Width, int Height)
+{
+    int NewArraySize = Width * Height;
+    TOVAS_ASSERT(NewArraySize>=0, this);
+    int OldArraySize = Pixels.GetNumberOfElements();
+    if (NewArraySize > Pixels.GetReservedSize())
+        Pixels.Reserve(NewArraySize);
+    if (NewArraySize < OldArraySize) {
+        Pixels.SetNumberOfElements(NewArraySize, agg::rgba8(0, 0, 0, 0));
+        // The array puts its default element into the places it frees, and AGG's pixel leaves its
+        // bytes undefined by default; transparent black makes the stale pixels the same every time.
+        std::memset(static_cast<void *>(Pixels.GetData() + NewArraySize), 0,
+                    size_t(OldArraySize - NewArraySize) * sizeof(agg::rgba8));
+    }
+    // Growth hands out places without writing them: a caller that wants a clean bitmap clears it.
+    while (Pixels.GetNumberOfElements() < NewArraySize)
+        Pixels.AddEmpty();
+    Size = int_point2d(Width, Height);
+    AttachRenderers();
+}
+
+void art_bitmap::AttachRenderers()
+{
+    RenderingBuffer.attach(GetPixelData(), unsigned(Size.X), unsigned(Size.Y), GetPixelStride());
+    PixelFormat.attach(RenderingBuffer);
+    BaseRenderer.attach(PixelFormat);
+    SolidRenderer.attach(BaseRenderer);
+}
+
+bool art_bitmap::HasTransparency()
+{
+    const agg::rgba8 *Pixel = Pixels.GetData();
+    int Count = Pixels.GetNumberOfElements();
+    for (int I = 0; I < Count; I++) {
+        if (Pixel[I].a < 255)
+            return true;
+    }
+    return false;
+}
+
+void art_bitmap::Clear(const agg::rgba8 &Value) { BaseRenderer.clear(Value); }
+
+agg::rect_i art_bitmap::ToAggRectangle(const int_rectangle &Rectangle)
+{
+    return agg::rect_i(Rectangle.Location.X, Rectangle.Location.Y, Rectangle.Location.X + Rectangle.Size.X - 1,
+                       Rectangle.Location.Y + Rectangle.Size.Y - 1);
+}
+
+void art_bitmap::CopyBitmap(int X, int Y, reference_pointer<art_bitmap> Source)
+{
+    CopyBitmapArea(X, Y, Source, nullptr);
+}
+
+void art_bitmap::CopyBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle)
+{
+    agg::rect_i Area = ToAggRectangle(SourceRectangle);
+    CopyBitmapArea(X, Y, Source, &Area);
+}
+
+void art_bitmap::BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity)
+{
+    BlendBitmapArea(X, Y, Source, nullptr, Opacity);
+}
+
+void art_bitmap::BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
+                             uint8_t Opacity)
+{
+    agg::rect_i Area = ToAggRectangle(SourceRectangle);
+    BlendBitmapArea(X, Y, Source, &Area, Opacity);
+}
+
+void art_bitmap::CompositeBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity,
+                                 art_comp_op Operation)
+{
+    CompositeBitmapArea(X, Y, Source, nullptr, Opacity, Operation);
+}
+
+void art_bitmap::CompositeBitmap(int X, int Y, reference_pointer<art_bitmap> Source,
+                                 const int_rectangle &SourceRectangle, uint8_t Opacity, art_comp_op Operation)
+{
+    agg::rect_i Area = ToAggRectangle(SourceRectangle);
+    CompositeBitmapArea(X, Y, Source, &Area, Opacity, Operation);
+}
+
+// AGG's renderer_base takes the offset from the source rectangle to the target, and does the
+// clipping and the choice of row order.
+
+void art_bitmap::CopyBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea)
+{
+    art_bitmap *SourceBitmap = Source.operator->();
+    int DX = SourceArea != nullptr ? X - SourceArea->x1 : X;
+    int DY = SourceArea != nullptr ? Y - SourceArea->y1 : Y;
+    BaseRenderer.copy_from(SourceBitmap->RenderingBuffer, SourceArea, DX, DY);
+}
+
+void art_bitmap::BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
+                                 uint8_t Opacity)
+{
+    art_bitmap *SourceBitmap = Source.operator->();
+    int DX = SourceArea != nullptr ? X - SourceArea->x1 : X;
+    int DY = SourceArea != nullptr ? Y - SourceArea->y1 : Y;
+    BaseRenderer.blend_from(SourceBitmap->PixelFormat, SourceArea, DX, DY, Opacity);
+}
+
+void art_bitmap::CompositeBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
+                                     uint8_t Opacity, art_comp_op Operation)
+{
+    art_bitmap *SourceBitmap = Source.operator->();
+    TOVAS_ASSERT(Operation>=0 && Operation<CompOpCount, this);
+    art_pixfmt_composite_rgba Composite(RenderingBuffer, Operation);
+    agg::renderer_base<art_pixfmt_composite_rgba> Renderer(Composite);
+    int DX = SourceArea != nullptr ? X - SourceArea->x1 : X;
+    int DY = SourceArea != nullptr ? Y - SourceArea->y1 : Y;
+    Renderer.blend_from(SourceBitmap->PixelFormat, SourceArea, DX, DY, Opacity);
+}
+
+void art_bitmap::ApplyStencil(reference_pointer<art_bitmap> StencilBitmap)
+{
+    int PixelsPerLine = Size.X;
+    int NumLines = Size.Y;
+    TOVAS_ASSERT(PixelsPerLine==StencilBitmap->GetSize().X, this);
+    TOVAS_ASSERT(NumLines==StencilBitmap->GetSize().Y, this);
+    ApplyStencilToPixels(GetPixelData(), StencilBitmap->GetPixelData(), size_t(PixelsPerLine) * size_t(NumLines));
+}
+
+void art_bitmap::ColorizeStencilLayer(int StackMode)
+{
+    if (StackMode == StackModePlusStencil)
+        ForEachPixel([](agg::rgba8 *Pixel) { Pixel->r = Pixel->g = Pixel->b = Pixel->a; });
+    else if (StackMode == StackModeMinusStencil)
+        ForEachPixel([](agg::rgba8 *Pixel) { Pixel->r = Pixel->g = Pixel->b = 0; });
+}

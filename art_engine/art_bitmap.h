@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+
+#include <agg_color_rgba.h>
+#include <agg_renderer_base.h>
+#include <agg_renderer_scanline.h>
+#include <agg_rendering_buffer.h>
+
+#include "art_engine/art_comp_op.h"
+#include "art_engine/art_pixfmt_rgba.h"
+#include "rofa_lib/bitmap_interface.h"
+#include "zel_basics/array.h"
+#include "zel_basics/lwpointers.h"
+#include "zel_basics/rectangle.h"
+
+typedef agg::renderer_base<art_pixfmt_rgba> art_renderer_base;
+typedef agg::renderer_scanline_aa_solid<art_renderer_base> art_renderer_solid;
+
+// The one picture format of the engine: 32 bits a pixel, bytes R, G, B, A, colour premultiplied
+// by alpha, rows top-down with no padding. The four AGG objects point at each other and at the
+// store, so a bitmap is never copied bit by bit: copies go through the copying constructor, and a
+// bitmap is held through ownership_pointer.
+class art_bitmap : public bitmap_interface
+{
+public:
+    // 0 by 0, with room reserved for one pixel.
+    art_bitmap();
+    // The content is not cleared.
+    art_bitmap(int Width, int Height);
+    // Takes the size and pixels of any 32-bit source, top row first whatever the source's row order,
+    // and premultiplies them if the source has straight alpha.
+    explicit art_bitmap(reference_pointer<bitmap_interface> Source);
+    art_bitmap(const art_bitmap &) = delete;
+    art_bitmap &operator=(const art_bitmap &) = delete;
+
+    int_point2d GetSize() override { return Size; }
+    uint8_t *GetFirstLine() override { return GetPixelData(); }
+    int32_t GetLineStride() override { return GetPixelStride(); }
+    bool IsArtBitmap() override { return true; }
+    bool IsPremultiplied() override { return true; }
+
+    uint8_t *GetPixelData() { return reinterpret_cast<uint8_t *>(Pixels.GetData()); }
+    int32_t GetPixelStride() const { return Size.X * 4; }
+    // The element count of the store: width times height.
+    int GetPixelDataSize() const { return Pixels.GetNumberOfElements(); }
+    // Row Y, top row 0; no bounds check.
+    agg::rgba8 *GetPixelRow(int Y) { return Pixels.GetData() + Y * Size.X; }
+
+    // Reuses the store when it is large enough, so a bitmap can serve as a temporary again and again.
+    // Newly exposed pixels are not cleared.
+    void SetSize(int Width, int Height);
+    // Whether any pixel has alpha below 255; stops at the first one.
+    bool HasTransparency();
+    // Writes Value, unblended, to every pixel.
+    void Clear(const agg::rgba8 &Value);
+
+    // Calls Function with the address of every pixel, top row first, left to right.
+    template <class PixelFunction> void ForEachPixel(PixelFunction Function)
+    {
+        for (int Y = 0; Y < Size.Y; Y++) {
+            agg::rgba8 *Row = GetPixelRow(Y);
+            for (int X = 0; X < Size.X; X++)
+                Function(Row + X);
+        }
+    }
+
+    // The rectangle operations put the Location of the source rectangle (the whole source when none
+    // is given) at target (X, Y). Both rectangles are clipped, each trim moving the other's corner
+    // with it. A bitmap may be drawn onto itself: rows and pixels run in the order that reads every
+    // source pixel before it is overwritten.
+
+    // Plain copy, alpha included.
+    void CopyBitmap(int X, int Y, reference_pointer<art_bitmap> Source);
+    void CopyBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle);
+    // Source-over of a premultiplied source at a constant opacity.
+    void BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity);
+    void BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
+                     uint8_t Opacity);
+    // A composite operation at a constant opacity. The source has straight alpha: each pixel is
+    // premultiplied on the way in.
+    void CompositeBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity, art_comp_op Operation);
+    void CompositeBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
+                         uint8_t Opacity, art_comp_op Operation);
+
+    // Masks this layer by the luma of a stencil bitmap of the same size; the stencil's alpha does
+    // not enter.
+    void ApplyStencil(reference_pointer<art_bitmap> StencilBitmap);
+    // Reduces a layer drawn for the stencil to one grey: premultiplied white for "+stencil", black
+    // for "-stencil", each at the layer's own alpha. Other stack modes keep their colours.
+    void ColorizeStencilLayer(int StackMode);
+
+    agg::rendering_buffer &GetRenderingBuffer() { return RenderingBuffer; }
+    art_pixfmt_rgba &GetPixelFormat() { return PixelFormat; }
+    art_renderer_base &GetBaseRenderer() { return BaseRenderer; }
+    art_renderer_solid &GetSolidRenderer() { return SolidRenderer; }
+
+private:
+    void AttachRenderers();
+    // A source rectangle in AGG's inclusive corners.
+    static agg::rect_i ToAggRectangle(const int_rectangle &Rectangle);
+    // The rest take a null SourceArea for the whole source.
+    void CopyBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea);
+    void BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
+                         uint8_t Opacity);
+    void CompositeBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
+                             uint8_t Opacity, art_comp_op Operation);
+
+    array<agg::rgba8> Pixels;
+    int_point2d Size;
+    agg::rendering_buffer RenderingBuffer;
+    art_pixfmt_rgba PixelFormat;
+    art_renderer_base BaseRenderer;
+    art_renderer_solid SolidRenderer;
+};
