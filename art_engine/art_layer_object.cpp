@@ -122,3 +122,8 @@ bool art_layer_object::CanBeSelected()
 {
     return false;
 }
+
+bool art_layer_object::ReservedLayerObjectQuery()
+{
+    return false;
+}

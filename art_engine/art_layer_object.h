@@ -28,6 +28,9 @@ public:
     void WriteAttributes(reference_pointer<xbd_tag> Tag) override;
     bool IsLayerObject() override;
     bool CanBeSelected() override;
+    // The one operation that this class adds to the slots of art_object; a subclass may answer
+    // true, and the operations of the subclasses come after it.
+    virtual bool ReservedLayerObjectQuery();
 
 private:
     void FillParent();

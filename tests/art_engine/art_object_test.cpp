@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "art_engine/art_layer.h"
 #include "art_engine/art_layer_object.h"
@@ -513,6 +514,23 @@ TEST(ArtObjectAttributes, EveryAttributeIsWrittenInItsOrder)
     EXPECT_EQ("<pego aspect_ratio=\"1.5\" stack_mode=\"-stencil\"></pego>", Written(FromFile));
 }
 
+TEST(ArtObjectAttributes, AllAttributesOfOneTagAreWrittenInTheirOrder)
+{
+    xbd_file File;
+    ownership_pointer<xbd_tag> Tag =
+        MakeTag(File, "pego",
+                {{"x_val", "3"}, {"stack_mode", "+stencil"}, {"lock_mode", "1"}, {"opacity", "0.5"},
+                 {"aspect_ratio", "2"}, {"handle", "(1,0)"}, {"angle", "0.5"}, {"name", "all"},
+                 {"drop_in_enabled", ""}});
+    Tag->AddChildTag(Tag->NewTag("children"));
+    Tag->GetChildTag("children")->AddChildTag(MakeTag(File, "pego", {{"name", "kid"}}));
+    art_object Object(Tag);
+    EXPECT_EQ("<pego drop_in_enabled=\"\" name=\"all\" angle=\"0.5\" handle=\"(1,0)\" aspect_ratio=\"2\" "
+              "opacity=\"0.5\" lock_mode=\"1\" stack_mode=\"+stencil\" x_val=\"3\"><children>"
+              "<pego name=\"kid\"></pego></children></pego>",
+              Written(Object));
+}
+
 TEST(ArtObjectAttributes, AttributesAreReadInTheirForms)
 {
     xbd_file File;
@@ -602,13 +620,30 @@ TEST(ArtLayerObject, TakesTheParentsFrameAndIgnoresFrameSetters)
     EXPECT_EQ(point2d(60, 10), Fill->GetSize());
 }
 
+// Writes down every rectangle that it is asked to redraw.
+class rect_recording_object : public art_object
+{
+public:
+    void RequestRedrawRect(const rectangle &Rect) override
+    {
+        Rects.push_back(Rect);
+        art_object::RequestRedrawRect(Rect);
+    }
+    std::vector<rectangle> Rects;
+};
+
 TEST(ArtLayerObject, RedrawCoversTheWholeParentAndCountsIncludeTheParents)
 {
-    art_object Parent;
+    rect_recording_object Parent;
+    Parent.SetSize(point2d(30, 40));
     reference_pointer<art_object> Fill = Parent.AddChild(ownership_pointer<art_object>(new art_layer_object));
+    Parent.Rects.clear();
     int32_t ParentCount = Parent.GetRedrawCount();
     int32_t FillCount = Fill->GetRedrawCount();
     Fill->RequestRedraw();
+    ASSERT_EQ(1u, Parent.Rects.size());
+    EXPECT_EQ(point2d(0, 0), Parent.Rects[0].Location);
+    EXPECT_EQ(point2d(30, 40), Parent.Rects[0].Size);
     EXPECT_EQ(ParentCount + 1, Parent.GetRedrawCount());
     EXPECT_EQ(FillCount + 2, Fill->GetRedrawCount());
     Parent.RequestRedraw();
@@ -626,6 +661,14 @@ TEST(ArtLayerObject, AnswersOfALayerObject)
     EXPECT_FALSE(Fill.CanBeSelected());
     Fill.SetStackMode(StackModePost);
     EXPECT_EQ(StackModePost, Fill.GetStackMode());
+}
+
+TEST(ArtLayerObject, ItsOwnOperationAnswersFalse)
+{
+    art_layer_object Fill;
+    art_object &AsObject = Fill;
+    EXPECT_FALSE(AsObject.ReservedQuery());
+    EXPECT_FALSE(Fill.ReservedLayerObjectQuery());
 }
 
 class unframed_object : public art_object

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "hosts/object_tree_saving.h"
+#include "xbd/xbd.h"
+
 namespace {
 
 struct tool_result
@@ -244,4 +247,30 @@ TEST_F(RofaToolObjects, WrongUsageExitsWithTwoAndShowsBothCommands)
     EXPECT_EQ(Run("resave " + Path("page.xml")).Status, 2);
     EXPECT_EQ(Run("resave " + Path("page.xml") + " " + Path("a.xbd") + " extra").Status, 2);
     EXPECT_FALSE(Exists(Path("a.xbd")));
+}
+
+TEST(RofaToolSaving, ASaveDeletesTheMarkedObjectsFirst)
+{
+    art_object Page;
+    Page.SetSize(point2d(0, 0));
+    ownership_pointer<art_object> Kept(new art_object);
+    Kept->SetName("kept");
+    Kept->SetSize(point2d(0, 0));
+    ownership_pointer<art_object> Gone(new art_object);
+    Gone->SetName("gone");
+    Gone->SetSize(point2d(0, 0));
+    Page.AddChild(Kept);
+    reference_pointer<art_object> Marked = Page.AddChild(Gone);
+    Marked->MarkForDeletion();
+
+    zel_string Bytes = SaveObjectTree(Page);
+
+    EXPECT_FALSE(Marked.IsSet());
+    EXPECT_EQ(1, Page.GetNumberOfChildren());
+    ownership_pointer<xbd_file> Saved = xbd_file::LoadFromData(Bytes, false);
+    reference_pointer<xbd_tag> Top(Saved->GetRootTag()->GetChildren()[0].Get());
+    reference_pointer<xbd_tag> Children = Top->GetChildTag("children");
+    ASSERT_TRUE(Children.IsSet());
+    ASSERT_EQ(1, Children->GetChildren().GetNumberOfElements());
+    EXPECT_EQ(zel_string("kept"), Children->GetChildren()[0]->GetAttribute("name", ""));
 }
