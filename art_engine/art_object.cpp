@@ -441,6 +441,8 @@ void art_object::SetStackModeInternal(art_stack_mode NewMode)
         return;
     bool WasStencil = IsStencilStackMode(StackMode);
     StackMode = NewMode;
+    if (Parent.IsSet() && Parent->Children.IsSet())
+        Parent->Children->StackModesChanged();
     if (!WasStencil && !IsStencilStackMode(NewMode)) {
         if (Parent.IsSet())
             Parent->RequestRedraw();
@@ -461,13 +463,7 @@ reference_pointer<art_top_object> art_object::GetTopObject()
     return Parent->GetTopObject();
 }
 
-// The render pipeline draws stencils, composites and content through these; a plain object has no
-// picture of its own.
-void art_object::Draw(reference_pointer<bitmap_interface>, reference_pointer<bitmap_interface>, agg::trans_affine,
-                      reference_pointer<art_cache>)
-{
-}
-
+// A plain object has no picture of its own: what it shows comes from its children.
 void art_object::DrawContent(reference_pointer<bitmap_interface>, reference_pointer<bitmap_interface>,
                              agg::trans_affine, reference_pointer<art_cache>)
 {
@@ -506,6 +502,14 @@ void art_object::RequestRedrawRect(const rectangle &Rect)
     rectangle Box = Rect;
     for (;;) {
         Object->RedrawCount++;
+        // A stencilled object draws its post children around its frame: a blur or shadow there
+        // reaches further than the change itself.
+        if (Object->IsStencilled() &&
+            (Object->IsPlainObject() ? Object->Visible && !Object->MarkedForDeletion : Object->IsVisible())) {
+            agg::trans_affine Identity;
+            for (int I = 0; I < Object->Children->GetNumberOfElements(); I++)
+                Object->Children->GetChild(I)->ExpandRedrawRect(Box, Identity);
+        }
         art_object *Up = Object->Parent.Get();
         if (Up == nullptr)
             return;
@@ -893,14 +897,7 @@ double art_object::GetCurrentTime()
 
 bool art_object::IsStencilled()
 {
-    if (!Children.IsSet())
-        return false;
-    for (int I = Children->GetNumberOfElements() - 1; I >= 0; I--) {
-        art_stack_mode Mode = Children->GetChild(I)->GetStackMode();
-        if (Mode == StackModePlusStencil || Mode == StackModeStencil)
-            return true;
-    }
-    return false;
+    return Children.IsSet() && Children->HasStencilChild();
 }
 
 void art_object::MarkChildrenForDeletion()

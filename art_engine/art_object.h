@@ -17,7 +17,9 @@
 #include "zel_basics/zel_string.h"
 
 class bitmap_interface;
+class art_bitmap;
 class art_cache;
+class art_object_cached_bitmap;
 class art_key_event;
 class art_top_object;
 class art_shape;
@@ -95,6 +97,13 @@ public:
     // Matrix maps this object's parent space into Target's pixels.
     virtual void Draw(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
                       agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    // The composite of this object for Window, in target pixels; Matrix maps this object's space
+    // into target pixels. With AllowExpansion the children may widen the window for their effects:
+    // the bitmap is then larger, and PreExpandLocOffset says how far its origin lies left and up of
+    // Window's.
+    virtual ownership_pointer<art_bitmap> RenderToBitmap(int_rectangle Window, agg::trans_affine Matrix,
+                                                         reference_pointer<art_cache> Cache,
+                                                         point2d &PreExpandLocOffset, bool AllowExpansion);
     virtual void DrawContent(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
                              agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
     // Point in this object's space.
@@ -264,6 +273,15 @@ private:
     bool IsPlainObject() const { return &typeid(*this) == &typeid(art_object); }
     // The parent's RequestRedrawRect with this object's box, when there is a parent.
     void RequestRedrawRectOfParent();
+    // A cached picture that passed its validity test, moved by WholeShift, for ClippingWindow: the
+    // entry itself when it covers the window, a grown one in its place, or unset when growing does
+    // not pay. WholeShift becomes that of the entry returned.
+    reference_pointer<art_object_cached_bitmap> ReuseCachedBitmap(reference_pointer<art_object_cached_bitmap> Entry,
+                                                                  int_point2d &WholeShift,
+                                                                  const int_rectangle &ClippingWindow,
+                                                                  const agg::trans_affine &Matrix,
+                                                                  reference_pointer<art_cache> Cache,
+                                                                  int_point2d TargetSize);
     // Gives one axis the layout's extent, raised to the minimum; true when the size changed.
     bool SettleExtent(bool Horizontal, double Extent);
     void DropChildrenIfEmpty();

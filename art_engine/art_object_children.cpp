@@ -1,5 +1,6 @@
 #include "art_engine/art_object_children.h"
 
+#include "art_engine/art_cache.h"
 #include "art_engine/art_object_factory.h"
 #include "art_engine/art_object_frame.h"
 #include "xbd/xbd.h"
@@ -166,8 +167,21 @@ reference_pointer<art_object> art_object::HandlePointerEvent(reference_pointer<a
 // ---- art_object_children ----
 
 art_object_children::art_object_children(reference_pointer<art_object> Owner)
-    : Owner(Owner), Children(1), LayoutValid(true)
+    : Owner(Owner), Children(1), StencilState(StencilUnknown), LayoutValid(true)
 {
+}
+
+bool art_object_children::FindStencilChild()
+{
+    StencilState = StencilAbsent;
+    for (int I = Children.GetNumberOfElements() - 1; I >= 0; I--) {
+        art_stack_mode Mode = Children[I]->GetStackMode();
+        if (Mode == StackModePlusStencil || Mode == StackModeStencil) {
+            StencilState = StencilPresent;
+            break;
+        }
+    }
+    return StencilState == StencilPresent;
 }
 
 int art_object_children::FindIndex(const art_object *Child) const
@@ -185,6 +199,7 @@ void art_object_children::Insert(int Index, ownership_pointer<art_object> Child)
         Children.Add(Child);
     else
         Children.Insert(Index, Child);
+    StackModesChanged();
     Inserted->SetParent(Owner);
 }
 
@@ -192,6 +207,7 @@ ownership_pointer<art_object> art_object_children::Take(int Index)
 {
     ownership_pointer<art_object> Taken = Children[Index];
     Children.Remove(Index);
+    StackModesChanged();
     ForgetPointerTarget(Taken.Get());
     return Taken;
 }
@@ -307,6 +323,7 @@ void art_object_children::DeleteMarkedChildren()
             Survivors.Add(Children[I]);
     // The marked children die here, with the places of the old array.
     Children = Survivors;
+    StackModesChanged();
     TOVAS_ASSERT(Children.GetNumberOfElements()==NewNumElements, this);
     for (array_iterator<ownership_pointer<art_object>> CI(Children); CI.NotDone(); CI.Next()) {
         if (!CI.Current().IsSet())
@@ -314,6 +331,52 @@ void art_object_children::DeleteMarkedChildren()
         if (CI.Current()->GetMarkedForDeletion())
             TovasDebugAssert("!CI.Access()->GetMarkedForDeletion()", __FILE__, __LINE__, this);
     }
+}
+
+namespace {
+
+bool IsNormalStackMode(int Mode)
+{
+    return Mode == StackModeNormal;
+}
+
+bool IsPostStackMode(int Mode)
+{
+    return Mode == StackModePost;
+}
+
+void DrawChildrenOfGroup(array<ownership_pointer<art_object>> &Children, bool (*InGroup)(int Mode),
+                         reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                         const agg::trans_affine &Matrix, reference_pointer<art_cache> Cache)
+{
+    for (int I = 0; I < Children.GetNumberOfElements(); I++) {
+        art_object *Child = Children[I].Get();
+        if (InGroup(Child->GetStackMode()) && Child->IsVisible())
+            Child->Draw(Target, Backdrop, Matrix, Cache);
+    }
+}
+
+} // namespace
+
+void art_object_children::DrawNormal(reference_pointer<bitmap_interface> Target,
+                                     reference_pointer<bitmap_interface> Backdrop, agg::trans_affine Matrix,
+                                     reference_pointer<art_cache> Cache)
+{
+    DrawChildrenOfGroup(Children, IsNormalStackMode, Target, Backdrop, Matrix, Cache);
+}
+
+void art_object_children::DrawStencilChildren(reference_pointer<bitmap_interface> Target,
+                                              reference_pointer<bitmap_interface> Backdrop, agg::trans_affine Matrix,
+                                              reference_pointer<art_cache> Cache)
+{
+    DrawChildrenOfGroup(Children, IsStencilStackMode, Target, Backdrop, Matrix, Cache);
+}
+
+void art_object_children::DrawPost(reference_pointer<bitmap_interface> Target,
+                                   reference_pointer<bitmap_interface> Backdrop, agg::trans_affine Matrix,
+                                   reference_pointer<art_cache> Cache)
+{
+    DrawChildrenOfGroup(Children, IsPostStackMode, Target, Backdrop, Matrix, Cache);
 }
 
 void art_object_children::ReadBitmaps(const reference_pointer<art_bitmap_manager> &Bitmaps)
@@ -343,6 +406,7 @@ void art_object_children::ReadChildren(reference_pointer<xbd_tag> ChildrenTag)
         Made->SetParent(Owner);
         Children.Add(B);
     }
+    StackModesChanged();
     TOVAS_ASSERT(!B.IsSet(), this);
 }
 

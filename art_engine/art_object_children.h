@@ -13,6 +13,15 @@ public:
     virtual void DeleteMarkedChildren();
     // The event comes in the owner's space; each child is handed it in its own space.
     virtual reference_pointer<art_object> HandlePointerEvent(reference_pointer<art_pointer_event> PointerEvent);
+    // Each draws the visible children of one group of stack modes, lowest first, with Matrix
+    // mapping the owner's space into Target's pixels: normal children, stencil children (all three
+    // stencil modes) and post children.
+    void DrawNormal(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                    agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    void DrawStencilChildren(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                             agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    void DrawPost(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                  agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
     virtual void ReadBitmaps(const reference_pointer<art_bitmap_manager> &Bitmaps);
     virtual void WriteBitmaps(const reference_pointer<art_bitmap_manager> &Bitmaps);
 
@@ -51,6 +60,14 @@ public:
     // Appends a copy of each of Other's children, in order.
     void Duplicate(const art_object_children &Other);
 
+    // Whether any child has mode "stencil" or "+stencil", found by a walk from the last child to
+    // the first. Redraw requests ask it at every level they climb, so the answer is kept until the
+    // children or a child's stack mode change.
+    bool HasStencilChild()
+    {
+        return StencilState == StencilUnknown ? FindStencilChild() : StencilState == StencilPresent;
+    }
+    void StackModesChanged() { StencilState = StencilUnknown; }
     bool IsLayoutValid() const { return LayoutValid; }
     void SetLayoutValid(bool Valid) { LayoutValid = Valid; }
 
@@ -58,9 +75,19 @@ private:
     // Hands the event to Child in Child's own space, and gives it back to the caller unchanged.
     reference_pointer<art_object> SendToChild(art_object *Child, reference_pointer<art_pointer_event> PointerEvent);
     void ForgetPointerTarget(const art_object *Child);
+    // The walk behind HasStencilChild; keeps its answer.
+    bool FindStencilChild();
+
+    enum stencil_state : int8_t
+    {
+        StencilUnknown,
+        StencilPresent,
+        StencilAbsent
+    };
 
     reference_pointer<art_object> Owner;
     array<ownership_pointer<art_object>> Children;
+    stencil_state StencilState;
     reference_pointer<art_object> MouseFocusedDHO;
     reference_pointer<art_object> MouseOverDHO;
     bool LayoutValid;

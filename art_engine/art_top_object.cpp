@@ -1,0 +1,179 @@
+#include "art_engine/art_top_object.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "art_engine/art_object_children.h"
+
+namespace {
+
+int64_t Area(const int_rectangle &Rect)
+{
+    return int64_t(Rect.Size.X) * int64_t(Rect.Size.Y);
+}
+
+int_rectangle UnionOf(const int_rectangle &A, const int_rectangle &B)
+{
+    int_point2d EndA = A.GetEnd();
+    int_point2d EndB = B.GetEnd();
+    int_point2d Low(A.Location.X < B.Location.X ? A.Location.X : B.Location.X,
+                    A.Location.Y < B.Location.Y ? A.Location.Y : B.Location.Y);
+    int_point2d High(EndA.X > EndB.X ? EndA.X : EndB.X, EndA.Y > EndB.Y ? EndA.Y : EndB.Y);
+    return int_rectangle(Low, High - Low);
+}
+
+// Empty when the rectangles do not meet: a size of 0 or less.
+int_rectangle IntersectionOf(const int_rectangle &A, const int_rectangle &B)
+{
+    int_point2d EndA = A.GetEnd();
+    int_point2d EndB = B.GetEnd();
+    int_point2d Low(A.Location.X > B.Location.X ? A.Location.X : B.Location.X,
+                    A.Location.Y > B.Location.Y ? A.Location.Y : B.Location.Y);
+    int_point2d High(EndA.X < EndB.X ? EndA.X : EndB.X, EndA.Y < EndB.Y ? EndA.Y : EndB.Y);
+    return int_rectangle(Low, High - Low);
+}
+
+bool IsEmpty(const int_rectangle &Rect)
+{
+    return Rect.Size.X <= 0 || Rect.Size.Y <= 0;
+}
+
+uint8_t ColorByte(double Component)
+{
+    return static_cast<uint8_t>(Component * 255 + 0.5);
+}
+
+} // namespace
+
+art_top_object::art_top_object()
+    : Dirty(true), FullRedraw(true), CurrentTime(0), BackgroundColor(0, 0, 0, 0), Bitmap(new art_bitmap),
+      Cache(new art_cache), PartBitmap(new art_bitmap)
+{
+    Name = "topmost layer";
+    // Window pixels are top object space: the frame maps by the identity.
+    Handle = point2d(0, 0);
+    Location = point2d(0, 0);
+}
+
+art_top_object::~art_top_object()
+{
+    // The children go first, while the cache and the bitmap that they may still reach are alive.
+    Children = ownership_pointer<art_object_children>();
+}
+
+reference_pointer<art_top_object> art_top_object::GetTopObject()
+{
+    return reference_pointer<art_top_object>(this);
+}
+
+double art_top_object::GetCurrentTime()
+{
+    return CurrentTime;
+}
+
+void art_top_object::RequestRedraw()
+{
+    FullRedraw = true;
+    Dirty = true;
+    DirtyList.Clear();
+    art_layer::RequestRedraw();
+}
+
+void art_top_object::RequestRedrawRect(const rectangle &Rect)
+{
+    RedrawCount++;
+    Dirty = true;
+    if (FullRedraw)
+        return;
+    int_point2d Low(static_cast<int32_t>(std::floor(Rect.Location.X)), static_cast<int32_t>(std::floor(Rect.Location.Y)));
+    point2d End = Rect.GetEnd();
+    int_point2d High(static_cast<int32_t>(std::floor(End.X)), static_cast<int32_t>(std::floor(End.Y)));
+    int_rectangle Pixels = IntersectionOf(int_rectangle(Low, High - Low), int_rectangle(int_point2d(), Bitmap->GetSize()));
+    if (IsEmpty(Pixels))
+        return;
+    DirtyList.Add(int_rectangle(Pixels.Location - int_point2d(1, 1), Pixels.Size + int_point2d(2, 2)));
+}
+
+void art_top_object::SetSize(point2d NewSize)
+{
+    SetSizeInternal(NewSize, false);
+    Bitmap = ownership_pointer<art_bitmap>(
+        new art_bitmap(static_cast<int>(NewSize.X), static_cast<int>(NewSize.Y)));
+    Bitmap->Clear(agg::rgba8(0, 0, 0, 0));
+    // Nothing of the old picture is left to keep.
+    FullRedraw = true;
+    Dirty = true;
+    DirtyList.Clear();
+}
+
+void art_top_object::MergeDirtyList(array<int_rectangle> &Merged)
+{
+    // Ascending by area, by insertion so that equal areas keep their order.
+    array<int_rectangle> Sorted;
+    for (int I = 0; I < DirtyList.GetNumberOfElements(); I++) {
+        int Place = Sorted.GetNumberOfElements();
+        Sorted.Add(DirtyList[I]);
+        while (Place > 0 && Area(Sorted[Place - 1]) > Area(DirtyList[I])) {
+            Sorted[Place] = Sorted[Place - 1];
+            Place--;
+        }
+        Sorted[Place] = DirtyList[I];
+    }
+    for (int I = Sorted.GetNumberOfElements() - 1; I >= 0; I--) {
+        const int_rectangle &Rect = Sorted[I];
+        bool Joined = false;
+        for (int J = 0; J < Merged.GetNumberOfElements() && !Joined; J++) {
+            int_rectangle Union = UnionOf(Merged[J], Rect);
+            if (Area(Union) < Area(Merged[J]) + Area(Rect)) {
+                Merged[J] = Union;
+                Joined = true;
+            }
+        }
+        if (!Joined)
+            Merged.Add(Rect);
+    }
+}
+
+void art_top_object::PaintAll()
+{
+    int_point2d WindowSize = Bitmap->GetSize();
+    Cache->SetMaxCacheSize(int_point2d(static_cast<int32_t>(WindowSize.X * 1.25), static_cast<int32_t>(WindowSize.Y * 1.25)));
+    Cache->AgeEntries();
+    Dirty = false;
+    agg::rgba8 Background(ColorByte(BackgroundColor.r), ColorByte(BackgroundColor.g), ColorByte(BackgroundColor.b),
+                          ColorByte(BackgroundColor.a));
+    int_rectangle Window(int_point2d(), WindowSize);
+    bool Partial = false;
+    array<int_rectangle> Merged;
+    if (!FullRedraw) {
+        MergeDirtyList(Merged);
+        int64_t Sum = 0;
+        for (int I = 0; I < Merged.GetNumberOfElements(); I++)
+            Sum += Area(Merged[I]);
+        Partial = Sum < Area(Window);
+    }
+    reference_pointer<art_cache> CacheReference(Cache.Get());
+    if (Partial) {
+        for (int I = 0; I < Merged.GetNumberOfElements(); I++) {
+            int_rectangle Part = IntersectionOf(Merged[I], Window);
+            if (IsEmpty(Part))
+                continue;
+            PartBitmap->SetSize(Part.Size.X, Part.Size.Y);
+            PartBitmap->Clear(Background);
+            agg::trans_affine Matrix;
+            Matrix.translate(-Part.Location.X, -Part.Location.Y);
+            reference_pointer<bitmap_interface> Target(PartBitmap.Get());
+            Draw(Target, Target, Matrix, CacheReference);
+            Bitmap->CopyBitmap(Part.Location.X, Part.Location.Y, reference_pointer<art_bitmap>(PartBitmap.Get()));
+            PresentBitmap(Part.Location.X, Part.Location.Y, reference_pointer<art_bitmap>(PartBitmap.Get()));
+        }
+    } else {
+        Bitmap->Clear(Background);
+        reference_pointer<bitmap_interface> Target(Bitmap.Get());
+        Draw(Target, Target, agg::trans_affine(), CacheReference);
+        PresentBitmap(0, 0, reference_pointer<art_bitmap>(Bitmap.Get()));
+    }
+    FullRedraw = false;
+    DirtyList.Clear();
+    Cache->Clean();
+}
