@@ -70,6 +70,19 @@ int_rectangle RoundOutward(const rectangle &Box)
     return int_rectangle(Low, High - Low);
 }
 
+// The part of Box on a target of Extent, in whole pixels: floor of the low edges, ceiling of the
+// high ones. Clipped while still in doubles, since a frame may reach past what 32 bits hold.
+int_rectangle ClippedOutward(const rectangle &Box, const int_point2d &Extent)
+{
+    auto Clamp = [](double Edge, int32_t High) {
+        return Edge > 0 ? (Edge < High ? static_cast<int32_t>(Edge) : High) : 0;
+    };
+    point2d End = Box.GetEnd();
+    int_point2d Low(Clamp(std::floor(Box.Location.X), Extent.X), Clamp(std::floor(Box.Location.Y), Extent.Y));
+    int_point2d High(Clamp(std::ceil(End.X), Extent.X), Clamp(std::ceil(End.Y), Extent.Y));
+    return int_rectangle(Low, High - Low);
+}
+
 art_bitmap *AsArtBitmap(reference_pointer<bitmap_interface> Bitmap)
 {
     TOVAS_ASSERT(Bitmap->IsArtBitmap(), Bitmap.Get());
@@ -104,13 +117,14 @@ void art_object::Draw(reference_pointer<bitmap_interface> Target, reference_poin
         return;
     }
     reference_pointer<bitmap_interface> Bitmap = Target;
-    int_rectangle ClippingWindow =
-        Intersection(RoundOutward(GetDrawBounds(ObjectMatrix)), int_rectangle(int_point2d(), Bitmap->GetSize()));
+    int_rectangle ClippingWindow = ClippedOutward(GetDrawBounds(ObjectMatrix), Bitmap->GetSize());
     if (IsEmpty(ClippingWindow))
         return;
     TOVAS_ASSERT(ClippingWindow.Size <= Bitmap->GetSize(), this);
     art_bitmap *TargetBitmap = AsArtBitmap(Target);
-    uint8_t OpacityByte = static_cast<uint8_t>(Opacity * 255);
+    // A document may carry any real as the opacity; beyond 0 to 1 the byte would wrap round, so
+    // the nearer end holds.
+    uint8_t OpacityByte = Opacity >= 1 ? 255 : Opacity > 0 ? static_cast<uint8_t>(Opacity * 255) : 0;
 
     reference_pointer<art_object_cached_bitmap> Entry;
     // How far the picture has moved, in whole pixels, since the entry was rendered.

@@ -38,6 +38,14 @@ bool IsEmpty(const int_rectangle &Rect)
     return Rect.Size.X <= 0 || Rect.Size.Y <= 0;
 }
 
+// The floor of Edge, clipped to 0 to Extent while still a double: a rectangle of change may reach
+// past what 32 bits hold.
+int32_t PixelEdge(double Edge, int32_t Extent)
+{
+    double Floor = std::floor(Edge);
+    return Floor > 0 ? (Floor < Extent ? static_cast<int32_t>(Floor) : Extent) : 0;
+}
+
 uint8_t ColorByte(double Component)
 {
     return static_cast<uint8_t>(Component * 255 + 0.5);
@@ -85,10 +93,11 @@ void art_top_object::RequestRedrawRect(const rectangle &Rect)
     Dirty = true;
     if (FullRedraw)
         return;
-    int_point2d Low(static_cast<int32_t>(std::floor(Rect.Location.X)), static_cast<int32_t>(std::floor(Rect.Location.Y)));
+    int_point2d Extent = Bitmap->GetSize();
+    int_point2d Low(PixelEdge(Rect.Location.X, Extent.X), PixelEdge(Rect.Location.Y, Extent.Y));
     point2d End = Rect.GetEnd();
-    int_point2d High(static_cast<int32_t>(std::floor(End.X)), static_cast<int32_t>(std::floor(End.Y)));
-    int_rectangle Pixels = IntersectionOf(int_rectangle(Low, High - Low), int_rectangle(int_point2d(), Bitmap->GetSize()));
+    int_point2d High(PixelEdge(End.X, Extent.X), PixelEdge(End.Y, Extent.Y));
+    int_rectangle Pixels(Low, High - Low);
     if (IsEmpty(Pixels))
         return;
     DirtyList.Add(int_rectangle(Pixels.Location - int_point2d(1, 1), Pixels.Size + int_point2d(2, 2)));

@@ -75,6 +75,31 @@ TEST(ArtRender, OpacityJustBelowOneCompositesWith254)
     EXPECT_TRUE(PixelsAre(*Result, [&](int, int) { return Over(Transparent, Red, 254); }));
 }
 
+TEST(ArtRender, OpacityAboveOneCompositesAsOne)
+{
+    scene Scene;
+    AddFill(*Scene.Object, point2d(0, 0), point2d(8, 6), White, StackModePlusStencil);
+    AddFill(*Scene.Object, point2d(0, 0), point2d(8, 6), Red);
+    // A document may carry any real as the opacity.
+    Scene.Object->SetOpacity(1.5);
+    ownership_pointer<art_bitmap> Result = Scene.Draw();
+    EXPECT_TRUE(PixelsAre(*Result, [](int, int) { return Red; }));
+}
+
+TEST(ArtRender, OpacityBelowZeroCompositesAsZero)
+{
+    scene Scene;
+    AddFill(*Scene.Object, point2d(0, 0), point2d(8, 6), White, StackModePlusStencil);
+    AddFill(*Scene.Object, point2d(0, 0), point2d(8, 6), Red);
+    Scene.Object->SetOpacity(-0.5);
+    ownership_pointer<art_bitmap> Result = Scene.Draw();
+    // No colour comes through at an opacity byte of 0, though the alpha complement still raises a
+    // transparent target's alpha to 1.
+    agg::rgba8 Want = Over(Transparent, Red, 0);
+    EXPECT_EQ(PixelText(Pixel(0, 0, 0, 1)), PixelText(Want));
+    EXPECT_TRUE(PixelsAre(*Result, [&](int, int) { return Want; }));
+}
+
 TEST(ArtRender, OpacityOneCompositesExactly)
 {
     scene Scene;
@@ -306,6 +331,17 @@ TEST(ArtRender, WindowIsClippedToTheTarget)
     EXPECT_TRUE(PixelsAre(*Result, [](int X, int Y) { return Inside(X, Y, 0, 4, 3, 6) ? Red : Transparent; }));
 }
 
+TEST(ArtRender, FrameFarBeyondWholePixelRangeStillDrawsWhatLiesOnTheTarget)
+{
+    scene Scene;
+    // The frame reaches 3e9 pixels each way, past what 32 bits hold; the children sit on the target.
+    reference_pointer<art_object> Object = AddGroup(*Scene.Object, point2d(-3e9, -3e9), point2d(6e9, 6e9));
+    AddFill(*Object, point2d(3e9, 3e9), point2d(8, 6), White, StackModePlusStencil);
+    AddFill(*Object, point2d(3e9 + 2, 3e9 + 1), point2d(3, 2), Red);
+    ownership_pointer<art_bitmap> Result = Scene.Draw();
+    EXPECT_TRUE(PixelsAre(*Result, [](int X, int Y) { return Inside(X, Y, 2, 1, 5, 3) ? Red : Transparent; }));
+}
+
 TEST(ArtRender, FractionalFrameRoundsTheWindowOutward)
 {
     scene Scene;
@@ -461,6 +497,16 @@ TEST(ArtRender, WindowThatAnEffectMovesRightIsAnAssertion)
     AddFill(*Object, point2d(0, 0), point2d(4, 3), White, StackModePlusStencil);
     Object->AddChild(ownership_pointer<art_object>(new widening_object(-1, 0)));
     EXPECT_NE(std::string::npos, ZEL_ERROR_MESSAGE(Scene.Draw()).find("'PreExpandLocOffset>=point2d()' is false"));
+}
+
+TEST(ArtRender, WindowThatAnEffectMovesWithoutGrowingIsAnAssertion)
+{
+    scene Scene;
+    reference_pointer<art_object> Object = AddGroup(*Scene.Object, point2d(2, 1), point2d(4, 3));
+    AddFill(*Object, point2d(0, 0), point2d(4, 3), White, StackModePlusStencil);
+    // One pixel further left and up, and as much less on the right and bottom: a move, not a growth.
+    Object->AddChild(ownership_pointer<art_object>(new widening_object(1, -2)));
+    EXPECT_NE(std::string::npos, ZEL_ERROR_MESSAGE(Scene.Draw()).find("'PreExpandLocOffset==point2df()' is false"));
 }
 
 TEST(ArtRender, StencilledFollowsChangesOfTheChildrenAndTheirModes)

@@ -85,6 +85,15 @@ TEST(ArtTopObject, RedrawRectangleIsFlooredClippedAndGrownByOne)
     EXPECT_EQ(Rect(14, -1, 7, 4), Scene.Top.GetDirtyList()[1]);
 }
 
+TEST(ArtTopObject, RedrawRectangleFarBeyondWholePixelRangeIsClippedToTheWindow)
+{
+    top_scene Scene(20, 10);
+    Scene.Top.PaintAll();
+    Scene.Top.RequestRedrawRect(rectangle(point2d(-1e10, -1e10), point2d(2e10, 2e10)));
+    ASSERT_EQ(1, Scene.Top.GetDirtyList().GetNumberOfElements());
+    EXPECT_EQ(Rect(-1, -1, 22, 12), Scene.Top.GetDirtyList()[0]);
+}
+
 TEST(ArtTopObject, RedrawRectangleWithinOnePixelColumnAddsNothingButSetsTheFlag)
 {
     top_scene Scene(20, 10);
