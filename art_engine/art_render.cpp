@@ -21,21 +21,6 @@ bool operator>=(const point2d &A, const point2d &B)
     return A.X >= B.X && A.Y >= B.Y;
 }
 
-int64_t Area(const int_rectangle &Rect)
-{
-    return int64_t(Rect.Size.X) * int64_t(Rect.Size.Y);
-}
-
-bool IsEmpty(const int_rectangle &Rect)
-{
-    return Rect.Size.X <= 0 || Rect.Size.Y <= 0;
-}
-
-bool Contains(const int_rectangle &Outer, const int_rectangle &Inner)
-{
-    return Outer.Location <= Inner.Location && Inner.GetEnd() <= Outer.GetEnd();
-}
-
 int32_t Smaller(int32_t A, int32_t B)
 {
     return A < B ? A : B;
@@ -44,21 +29,6 @@ int32_t Smaller(int32_t A, int32_t B)
 int32_t Larger(int32_t A, int32_t B)
 {
     return A > B ? A : B;
-}
-
-// A size of 0 or less when the two do not meet.
-int_rectangle Intersection(const int_rectangle &A, const int_rectangle &B)
-{
-    int_point2d Low(Larger(A.Location.X, B.Location.X), Larger(A.Location.Y, B.Location.Y));
-    int_point2d High(Smaller(A.GetEnd().X, B.GetEnd().X), Smaller(A.GetEnd().Y, B.GetEnd().Y));
-    return int_rectangle(Low, High - Low);
-}
-
-int_rectangle Union(const int_rectangle &A, const int_rectangle &B)
-{
-    int_point2d Low(Smaller(A.Location.X, B.Location.X), Smaller(A.Location.Y, B.Location.Y));
-    int_point2d High(Larger(A.GetEnd().X, B.GetEnd().X), Larger(A.GetEnd().Y, B.GetEnd().Y));
-    return int_rectangle(Low, High - Low);
 }
 
 // Floor of the low edges, ceiling of the high ones: every pixel the box touches.
@@ -118,7 +88,7 @@ void art_object::Draw(reference_pointer<bitmap_interface> Target, reference_poin
     }
     reference_pointer<bitmap_interface> Bitmap = Target;
     int_rectangle ClippingWindow = ClippedOutward(GetDrawBounds(ObjectMatrix), Bitmap->GetSize());
-    if (IsEmpty(ClippingWindow))
+    if (ClippingWindow.IsEmpty())
         return;
     TOVAS_ASSERT(ClippingWindow.Size <= Bitmap->GetSize(), this);
     art_bitmap *TargetBitmap = AsArtBitmap(Target);
@@ -175,7 +145,7 @@ reference_pointer<art_object_cached_bitmap> art_object::ReuseCachedBitmap(
     int_rectangle Window(Entry->GetWindow().Location + WholeShift, Entry->GetWindow().Size);
     // The entry keeps the window and matrix it was rendered with, so that every later frame
     // measures its move from the same place.
-    if (Contains(Window, ClippingWindow)) {
+    if (Window.Contains(ClippingWindow)) {
         Entry->CountHit();
         return Entry;
     }
@@ -184,14 +154,14 @@ reference_pointer<art_object_cached_bitmap> art_object::ReuseCachedBitmap(
     MaxCacheSize.Y = Larger(MaxCacheSize.Y, TargetSize.Y);
     TOVAS_ASSERT(MaxCacheSize.X >= ClippingWindow.Size.X, this);
     TOVAS_ASSERT(MaxCacheSize.Y >= ClippingWindow.Size.Y, this);
-    int_rectangle Union = ::Union(Window, ClippingWindow);
+    int_rectangle Union = Window.Unite(ClippingWindow);
     LimitAxis(Union.Location.X, Union.Size.X, ClippingWindow.Location.X, MaxCacheSize.X);
     TOVAS_ASSERT(Union.Location.X<=ClippingWindow.Location.X, this);
     LimitAxis(Union.Location.Y, Union.Size.Y, ClippingWindow.Location.Y, MaxCacheSize.Y);
     TOVAS_ASSERT(Union.Location.Y<=ClippingWindow.Location.Y, this);
-    int64_t Gain = Area(Union) - Area(Window);
-    int64_t LimitArea = Area(int_rectangle(int_point2d(), MaxCacheSize));
-    int64_t Smallest = Area(Window) < LimitArea ? Area(Window) : LimitArea;
+    int64_t Gain = GetArea(Union) - GetArea(Window);
+    int64_t LimitArea = GetArea(int_rectangle(int_point2d(), MaxCacheSize));
+    int64_t Smallest = GetArea(Window) < LimitArea ? GetArea(Window) : LimitArea;
     if (Gain > Smallest / 2) {
         // The old picture is given up for good.
         RedrawCount++;
@@ -202,8 +172,8 @@ reference_pointer<art_object_cached_bitmap> art_object::ReuseCachedBitmap(
     // Every pixel is overwritten below; red left anywhere shows a fault in the strips at once.
     Grown->Clear(agg::rgba8(255, 0, 0, 255));
     Grown->CopyBitmap(Window.Location.X - Union.Location.X, Window.Location.Y - Union.Location.Y, Entry->GetBitmap());
-    int_rectangle Kept = Intersection(Window, Union);
-    if (IsEmpty(Kept))
+    int_rectangle Kept = Window.Intersect(Union);
+    if (Kept.IsEmpty())
         Kept = int_rectangle(Union.Location, int_point2d());
     int32_t UnionEndX = Union.GetEnd().X;
     int32_t UnionEndY = Union.GetEnd().Y;
@@ -216,7 +186,7 @@ reference_pointer<art_object_cached_bitmap> art_object::ReuseCachedBitmap(
                       int_point2d(Kept.Location.X - Union.Location.X, Kept.Size.Y)),
         int_rectangle(int_point2d(KeptEndX, Kept.Location.Y), int_point2d(UnionEndX - KeptEndX, Kept.Size.Y))};
     for (const int_rectangle &Strip : Strips) {
-        if (IsEmpty(Strip))
+        if (Strip.IsEmpty())
             continue;
         // Without expansion the strip's picture has the strip's size and no offset.
         point2d NoOffset;

@@ -7,37 +7,6 @@
 
 namespace {
 
-int64_t Area(const int_rectangle &Rect)
-{
-    return int64_t(Rect.Size.X) * int64_t(Rect.Size.Y);
-}
-
-int_rectangle UnionOf(const int_rectangle &A, const int_rectangle &B)
-{
-    int_point2d EndA = A.GetEnd();
-    int_point2d EndB = B.GetEnd();
-    int_point2d Low(A.Location.X < B.Location.X ? A.Location.X : B.Location.X,
-                    A.Location.Y < B.Location.Y ? A.Location.Y : B.Location.Y);
-    int_point2d High(EndA.X > EndB.X ? EndA.X : EndB.X, EndA.Y > EndB.Y ? EndA.Y : EndB.Y);
-    return int_rectangle(Low, High - Low);
-}
-
-// Empty when the rectangles do not meet: a size of 0 or less.
-int_rectangle IntersectionOf(const int_rectangle &A, const int_rectangle &B)
-{
-    int_point2d EndA = A.GetEnd();
-    int_point2d EndB = B.GetEnd();
-    int_point2d Low(A.Location.X > B.Location.X ? A.Location.X : B.Location.X,
-                    A.Location.Y > B.Location.Y ? A.Location.Y : B.Location.Y);
-    int_point2d High(EndA.X < EndB.X ? EndA.X : EndB.X, EndA.Y < EndB.Y ? EndA.Y : EndB.Y);
-    return int_rectangle(Low, High - Low);
-}
-
-bool IsEmpty(const int_rectangle &Rect)
-{
-    return Rect.Size.X <= 0 || Rect.Size.Y <= 0;
-}
-
 // The floor of Edge, clipped to 0 to Extent while still a double: a rectangle of change may reach
 // past what 32 bits hold.
 int32_t PixelEdge(double Edge, int32_t Extent)
@@ -98,7 +67,7 @@ void art_top_object::RequestRedrawRect(const rectangle &Rect)
     point2d End = Rect.GetEnd();
     int_point2d High(PixelEdge(End.X, Extent.X), PixelEdge(End.Y, Extent.Y));
     int_rectangle Pixels(Low, High - Low);
-    if (IsEmpty(Pixels))
+    if (Pixels.IsEmpty())
         return;
     DirtyList.Add(int_rectangle(Pixels.Location - int_point2d(1, 1), Pixels.Size + int_point2d(2, 2)));
 }
@@ -122,7 +91,7 @@ void art_top_object::MergeDirtyList(array<int_rectangle> &Merged)
     for (int I = 0; I < DirtyList.GetNumberOfElements(); I++) {
         int Place = Sorted.GetNumberOfElements();
         Sorted.Add(DirtyList[I]);
-        while (Place > 0 && Area(Sorted[Place - 1]) > Area(DirtyList[I])) {
+        while (Place > 0 && GetArea(Sorted[Place - 1]) > GetArea(DirtyList[I])) {
             Sorted[Place] = Sorted[Place - 1];
             Place--;
         }
@@ -132,8 +101,8 @@ void art_top_object::MergeDirtyList(array<int_rectangle> &Merged)
         const int_rectangle &Rect = Sorted[I];
         bool Joined = false;
         for (int J = 0; J < Merged.GetNumberOfElements() && !Joined; J++) {
-            int_rectangle Union = UnionOf(Merged[J], Rect);
-            if (Area(Union) < Area(Merged[J]) + Area(Rect)) {
+            int_rectangle Union = Merged[J].Unite(Rect);
+            if (GetArea(Union) < GetArea(Merged[J]) + GetArea(Rect)) {
                 Merged[J] = Union;
                 Joined = true;
             }
@@ -158,14 +127,14 @@ void art_top_object::PaintAll()
         MergeDirtyList(Merged);
         int64_t Sum = 0;
         for (int I = 0; I < Merged.GetNumberOfElements(); I++)
-            Sum += Area(Merged[I]);
-        Partial = Sum < Area(Window);
+            Sum += GetArea(Merged[I]);
+        Partial = Sum < GetArea(Window);
     }
     reference_pointer<art_cache> CacheReference(Cache.Get());
     if (Partial) {
         for (int I = 0; I < Merged.GetNumberOfElements(); I++) {
-            int_rectangle Part = IntersectionOf(Merged[I], Window);
-            if (IsEmpty(Part))
+            int_rectangle Part = Merged[I].Intersect(Window);
+            if (Part.IsEmpty())
                 continue;
             PartBitmap->SetSize(Part.Size.X, Part.Size.Y);
             PartBitmap->Clear(Background);
