@@ -7,63 +7,19 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/rofa_tool_test_support.h"
+
 #include "hosts/object_tree_saving.h"
 #include "xbd/xbd.h"
 
 namespace {
-
-struct tool_result
-{
-    int Status = -1;
-    std::string Output;
-    std::string Errors;
-};
-
-std::string ReadFile(const std::string &Path)
-{
-    std::ifstream File(Path, std::ios::binary);
-    std::stringstream Text;
-    Text << File.rdbuf();
-    return Text.str();
-}
-
-void WriteFile(const std::string &Path, const std::string &Bytes)
-{
-    std::ofstream File(Path, std::ios::binary);
-    File << Bytes;
-}
 
 bool Exists(const std::string &Path)
 {
     return access(Path.c_str(), F_OK) == 0;
 }
 
-class RofaToolObjects : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        char Template[] = "/tmp/rofa_tool_objects_test_XXXXXX";
-        ASSERT_NE(mkdtemp(Template), nullptr);
-        Folder = Template;
-    }
-    void TearDown() override { std::system(("rm -rf " + Folder).c_str()); }
-
-    std::string Path(const std::string &Name) const { return Folder + "/" + Name; }
-
-    tool_result Run(const std::string &Arguments) const
-    {
-        std::string Command = std::string(ROFA_TOOL_PATH) + " " + Arguments + " >" + Path("out") + " 2>" + Path("err");
-        int Raw = std::system(Command.c_str());
-        tool_result Result;
-        Result.Status = WIFEXITED(Raw) ? WEXITSTATUS(Raw) : -1;
-        Result.Output = ReadFile(Path("out"));
-        Result.Errors = ReadFile(Path("err"));
-        return Result;
-    }
-
-    std::string Folder;
-};
+using RofaToolObjects = rofa_tool_fixture;
 
 // A page of 400 by 300 with objects in every stack mode and most layout modes, a group that fits its
 // children, a tag that no class knows, and three levels of nesting.

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/rofa_tool_test_support.h"
+
 namespace {
 
 // The worked example of the binary markup: a root holding `shelf` (width and label sharing the value
@@ -18,51 +20,9 @@ const unsigned char WorkedExample[60] = {
     0x02, 0x05, 0x05, 0x77, 0x69, 0x64, 0x74, 0x68, 0x6c, 0x61, 0x62, 0x65, 0x6c, 0x03, 0x01,
     0x01, 0x39, 0x0c, 0x00, 0x00, 0x09, 0x01, 0x04, 0x00, 0x00, 0x01, 0x00, 0x02, 0x02, 0x00};
 
-struct tool_result
-{
-    int Status = -1;
-    std::string Output;
-    std::string Errors;
-};
-
-std::string ReadFile(const std::string &Path)
-{
-    std::ifstream File(Path, std::ios::binary);
-    std::stringstream Text;
-    Text << File.rdbuf();
-    return Text.str();
-}
-
-void WriteFile(const std::string &Path, const std::string &Bytes)
-{
-    std::ofstream File(Path, std::ios::binary);
-    File << Bytes;
-}
-
-class RofaTool : public testing::Test
+class RofaTool : public rofa_tool_fixture
 {
 protected:
-    void SetUp() override
-    {
-        char Template[] = "/tmp/rofa_tool_test_XXXXXX";
-        ASSERT_NE(mkdtemp(Template), nullptr);
-        Folder = Template;
-    }
-    void TearDown() override { std::system(("rm -rf " + Folder).c_str()); }
-
-    std::string Path(const std::string &Name) const { return Folder + "/" + Name; }
-
-    tool_result Run(const std::string &Arguments) const
-    {
-        std::string Command = std::string(ROFA_TOOL_PATH) + " " + Arguments + " >" + Path("out") + " 2>" + Path("err");
-        int Raw = std::system(Command.c_str());
-        tool_result Result;
-        Result.Status = WIFEXITED(Raw) ? WEXITSTATUS(Raw) : -1;
-        Result.Output = ReadFile(Path("out"));
-        Result.Errors = ReadFile(Path("err"));
-        return Result;
-    }
-
     // Text form to binary, binary to dump, dump to binary again: both binaries must be identical.
     void ExpectRoundTrip(const std::string &Text)
     {
@@ -74,8 +34,6 @@ protected:
         ASSERT_EQ(Run("compile " + Path("dumped.xml") + " " + Path("second.xbd")).Status, 0);
         EXPECT_EQ(ReadFile(Path("first.xbd")), ReadFile(Path("second.xbd"))) << "dump was:\n" << Dump.Output;
     }
-
-    std::string Folder;
 };
 
 } // namespace
