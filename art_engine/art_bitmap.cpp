@@ -70,7 +70,30 @@ bool art_bitmap::HasTransparency()
     return false;
 }
 
-void art_bitmap::Clear(const agg::rgba8 &Value) { BaseRenderer.clear(Value); }
+// The rows lie end to end, so the whole store is one run of the pattern. Four equal bytes (opaque
+// white, transparent black, the common backgrounds) are a byte fill; any other pattern is written
+// once and then doubled by copies, up to a piece that stays in the first-level cache, which is then
+// copied on along the store.
+void art_bitmap::Clear(const agg::rgba8 &Value)
+{
+    size_t Bytes = size_t(Size.X) * size_t(Size.Y) * sizeof(agg::rgba8);
+    if (Bytes == 0)
+        return;
+    uint8_t *Data = GetPixelData();
+    if (Value.r == Value.g && Value.g == Value.b && Value.b == Value.a) {
+        std::memset(Data, Value.r, Bytes);
+        return;
+    }
+    const size_t PieceBytes = 4096;
+    std::memcpy(Data, &Value, sizeof(agg::rgba8));
+    size_t Done = sizeof(agg::rgba8);
+    while (Done < Bytes) {
+        size_t Step = Done < PieceBytes ? Done : PieceBytes;
+        Step = Step < Bytes - Done ? Step : Bytes - Done;
+        std::memcpy(Data + Done, Data, Step);
+        Done += Step;
+    }
+}
 
 agg::rect_i art_bitmap::ToAggRectangle(const int_rectangle &Rectangle)
 {

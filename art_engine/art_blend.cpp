@@ -7,7 +7,8 @@
 #include "art_engine/art_blend_blocks.h"
 
 // The span kernels take blocks of pixels, 16 bytes to a block, or 32 where the processor has AVX2
-// (chosen at the first span); the pixel functions do the rest of each span.
+// (chosen at the first span); the pixel functions do the rest of each span, and the whole of a
+// colour span shorter than one block.
 
 namespace {
 

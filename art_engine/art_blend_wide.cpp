@@ -5,6 +5,9 @@
 #include <cstring>
 
 #include <agg_color_rgba.h>
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 #if defined(ART_WIDE_BLOCKS)
 

@@ -125,6 +125,18 @@ void BM_FullWindowCopy(benchmark::State &State)
 }
 BENCHMARK(BM_FullWindowCopy)->Unit(benchmark::kMicrosecond);
 
+// The background fill that starts every whole-window repaint, on its own.
+void BM_ClearWindow(benchmark::State &State)
+{
+    art_bitmap Window(WindowWidth, WindowHeight);
+    for (auto _ : State) {
+        Window.Clear(agg::rgba8(255, 255, 255, 255));
+        benchmark::DoNotOptimize(Window.GetPixelData());
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(BM_ClearWindow)->Unit(benchmark::kMicrosecond);
+
 // Every cached picture voided: each object composes its stencil, content and mask anew.
 void BM_FirstPaint(benchmark::State &State)
 {
@@ -177,6 +189,8 @@ int main(int argc, char **argv)
         return 1;
     std::printf("\nUnchanged whole-window repaint over one full-window copy:   %.2f (target at most 2)\n",
                 Reporter.GetRatio("BM_RepaintWholeWindowUnchanged", "BM_FullWindowCopy"));
+    std::printf("Background fill of the window over one full-window copy:    %.2f\n",
+                Reporter.GetRatio("BM_ClearWindow", "BM_FullWindowCopy"));
     std::printf("Repaint with nothing dirty over one full-window copy:       %.3f\n",
                 Reporter.GetRatio("BM_RepaintNothingDirty", "BM_FullWindowCopy"));
     std::printf("One small object moved over the first paint:                %.3f (target below 0.05)\n",

@@ -107,6 +107,26 @@ pixel_rule DstOverRule(unsigned Cover)
     };
 }
 
+// Rows made of runs of 1 to 20 pixels, each run wholly opaque, wholly transparent (with colour
+// bytes that are not zero) or of random edgy alpha, as rendered pictures are: whole blocks of either
+// kind and blocks that mix them with partial pixels both occur, at every offset.
+void FillRuns(art_bitmap &Bitmap, std::mt19937 &Random)
+{
+    for (int Y = 0; Y < Bitmap.GetSize().Y; Y++) {
+        agg::rgba8 *Row = Bitmap.GetPixelRow(Y);
+        int X = 0;
+        while (X < Bitmap.GetSize().X) {
+            int Run = 1 + int(Random() % 20);
+            unsigned Kind = Random() % 3;
+            for (; Run > 0 && X < Bitmap.GetSize().X; Run--, X++) {
+                uint32_t Word = Random();
+                uint8_t Alpha = Kind == 0 ? 255 : Kind == 1 ? 0 : RandomEdgyByte(Random);
+                Row[X] = Pixel(Word & 255, (Word >> 8) & 255, (Word >> 16) & 255, Alpha);
+            }
+        }
+    }
+}
+
 } // namespace
 
 TEST(ArtBitmap, DefaultIsEmptyWithTheEngineFormat)
@@ -158,6 +178,21 @@ TEST(ArtBitmap, ClearWritesTheValueUnblended)
     Bitmap.Clear(Pixel(0, 0, 0, 0));
     std::vector<agg::rgba8> Zero(6, Pixel(0, 0, 0, 0));
     EXPECT_TRUE(BitmapIs(Bitmap, Zero.data()));
+}
+
+TEST(ArtBitmap, ClearWritesEveryPixelOfOddAndLargeSizes)
+{
+    // Sizes short of one pixel row, of odd widths, and far past any piece the fill may work in.
+    const int_point2d Sizes[] = {int_point2d(1, 1), int_point2d(5, 3), int_point2d(1031, 3), int_point2d(1100, 5)};
+    const agg::rgba8 Values[] = {Pixel(9, 8, 7, 6), Pixel(7, 7, 7, 7), Pixel(255, 255, 255, 255), Pixel(0, 0, 0, 255)};
+    for (const int_point2d &Size : Sizes)
+        for (const agg::rgba8 &Value : Values) {
+            art_bitmap Bitmap(Size.X, Size.Y);
+            FillPattern(Bitmap);
+            Bitmap.Clear(Value);
+            std::vector<agg::rgba8> Want(size_t(Size.X) * size_t(Size.Y), Value);
+            ASSERT_TRUE(BitmapIs(Bitmap, Want.data())) << Size.X << "x" << Size.Y << " " << PixelText(Value);
+        }
 }
 
 TEST(ArtBitmap, HasTransparencyFindsAnyAlphaBelow255)
@@ -460,6 +495,54 @@ TEST_P(ArtBitmapRectangles, DrawingABitmapOntoItselfReadsEverySourcePixelFirst)
                 else
                     Bitmap.CompositeBitmap(X, Y, &Bitmap, Area, 200, CompOpDstOver);
                 ASSERT_TRUE(BitmapIs(Bitmap, Want.data())) << "kind " << Kind << " shift " << DX << ", " << DY;
+            }
+}
+
+TEST_P(ArtBitmapRectangles, BlendOfOpaqueAndTransparentRunsLikeAPlainBlend)
+{
+    // Pictures of every width from 1 to 40, clipped at every side, at full and partial opacity, onto
+    // targets of random bytes: runs of opaque and transparent source pixels give the bytes of the
+    // plain rule, alone in a block, mixed with partial pixels and at the ragged end of a row.
+    std::mt19937 Random(2468);
+    const int_point2d TargetSize(50, 9);
+    for (int Round = 0; Round < 2000; Round++) {
+        int_point2d SourceSize(1 + int(Random() % 40), 1 + int(Random() % 6));
+        art_bitmap Target(TargetSize.X, TargetSize.Y);
+        art_bitmap Source(SourceSize.X, SourceSize.Y);
+        FillRandom(Target, Random);
+        FillRuns(Source, Random);
+        int X = int(Random() % 70) - 15;
+        int Y = int(Random() % 13) - 3;
+        uint8_t Opacity = Round % 2 == 0 ? 255 : RandomEdgyByte(Random);
+        std::vector<agg::rgba8> Want = Snapshot(Target);
+        PlainRectangleOperation(Want, TargetSize, Snapshot(Source), SourceSize, X, Y,
+                                int_rectangle(int_point2d(0, 0), SourceSize), BlendRule(Opacity));
+        Target.BlendBitmap(X, Y, &Source, Opacity);
+        ASSERT_TRUE(BitmapIs(Target, Want.data()))
+            << "round " << Round << " at (" << X << ", " << Y << ") size " << SourceSize.X << "x" << SourceSize.Y
+            << " opacity " << unsigned(Opacity);
+    }
+}
+
+TEST_P(ArtBitmapRectangles, BlendOfRunsOntoItselfReadsEverySourcePixelFirst)
+{
+    // The same runs drawn onto their own bitmap, shifted by less and by more than a block either
+    // way, over rows whose lengths do not end on a block.
+    std::mt19937 Random(1357);
+    const int_point2d Size(60, 6);
+    for (int Width = 1; Width <= 41; Width += 4)
+        for (int DY = -1; DY <= 1; DY++)
+            for (int DX = -11; DX <= 11; DX++) {
+                art_bitmap Bitmap(Size.X, Size.Y);
+                FillRuns(Bitmap, Random);
+                const int_rectangle Area(int_point2d(12, 1), int_point2d(Width, 4));
+                std::vector<agg::rgba8> Before = Snapshot(Bitmap);
+                std::vector<agg::rgba8> Want = Before;
+                int X = Area.Location.X + DX;
+                int Y = Area.Location.Y + DY;
+                PlainRectangleOperation(Want, Size, Before, Size, X, Y, Area, BlendRule(255));
+                Bitmap.BlendBitmap(X, Y, &Bitmap, Area, 255);
+                ASSERT_TRUE(BitmapIs(Bitmap, Want.data())) << "width " << Width << " shift " << DX << ", " << DY;
             }
 }
 

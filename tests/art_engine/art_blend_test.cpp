@@ -499,6 +499,47 @@ TEST_P(ArtColorSpanBlend, RandomSpans)
     EXPECT_TRUE(BitmapIs(Target, Want.data()));
 }
 
+TEST_P(ArtColorSpanBlend, OpaqueAndTransparentRunsMixedWithPartialPixels)
+{
+    // Spans of every length up to 70 whose source is made of runs: wholly opaque, wholly transparent
+    // with colour bytes that are not zero, and random edgy alpha. Whole blocks of one kind, blocks
+    // mixing them, and the ragged end of a span must all give the plain rule's bytes, with one
+    // cover for the span (full, just below full, half, none) and with a cover array.
+    std::mt19937 Random(31337);
+    const unsigned Covers[] = {255, 254, 128, 0};
+    std::vector<agg::rgba8> Colors(70);
+    std::vector<agg::int8u> CoverArray(70);
+    for (int Round = 0; Round < 3; Round++)
+        for (unsigned Length = 0; Length <= 70; Length++)
+            for (int Form = 0; Form < 5; Form++) {
+                unsigned X = 0;
+                while (X < Length) {
+                    unsigned Run = 1 + Random() % 12;
+                    unsigned Kind = Random() % 3;
+                    for (; Run > 0 && X < Length; Run--, X++) {
+                        uint32_t Word = Random();
+                        uint8_t Alpha = Kind == 0 ? 255 : Kind == 1 ? 0 : RandomEdgyByte(Random);
+                        Colors[X] = Pixel(Word & 255, (Word >> 8) & 255, (Word >> 16) & 255, Alpha);
+                        CoverArray[X] = Random() % 2 == 0 ? 255 : RandomEdgyByte(Random);
+                    }
+                }
+                bool WithArray = Form == 4;
+                unsigned Cover = WithArray ? 0 : Covers[Form];
+                // One pixel beyond the span on either side, which must stay.
+                std::vector<agg::rgba8> Row(Length + 2);
+                for (agg::rgba8 &P : Row)
+                    P = Pixel(Random(), Random(), Random(), RandomEdgyByte(Random));
+                std::vector<agg::rgba8> Want = Row;
+                for (unsigned I = 0; I < Length; I++)
+                    Want[I + 1] = plain::ColorSpan(Row[I + 1], Colors[I], WithArray ? CoverArray[I] : Cover);
+                BlendColorSpan(reinterpret_cast<uint8_t *>(Row.data() + 1),
+                               reinterpret_cast<const uint8_t *>(Colors.data()), Length,
+                               WithArray ? CoverArray.data() : nullptr, Cover);
+                ASSERT_TRUE(SamePixels(Row.data(), Want.data(), int(Length + 2)))
+                    << "length " << Length << " form " << Form;
+            }
+}
+
 TEST_P(ArtBlendBitmap, EverySourceAlphaOverEveryTargetByte)
 {
     art_bitmap Source(Grid, Grid);
