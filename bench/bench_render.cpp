@@ -14,6 +14,7 @@
 #include "art_engine/art_bitmap.h"
 #include "art_engine/art_object_children.h"
 #include "art_engine/art_top_object.h"
+#include "tests/art_engine/art_fill_object.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {
@@ -21,37 +22,6 @@ namespace {
 const int WindowWidth = 1280;
 const int WindowHeight = 800;
 const int Objects = 500;
-
-// Paints its frame with one colour; the content and the stencil of every object in the scene.
-class fill_object : public art_object
-{
-public:
-    fill_object(agg::rgba8 Color, art_stack_mode Mode) : Color(Color) { StackMode = Mode; }
-
-    void Draw(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface>,
-              agg::trans_affine Matrix, reference_pointer<art_cache>) override
-    {
-        agg::trans_affine Frame = GetObjectToParent();
-        Frame.multiply(Matrix);
-        double Xs[4] = {0, Size.X, Size.X, 0};
-        double Ys[4] = {0, 0, Size.Y, Size.Y};
-        agg::rasterizer_scanline_aa<> Rasterizer;
-        for (int I = 0; I < 4; I++) {
-            Frame.transform(&Xs[I], &Ys[I]);
-            if (I == 0)
-                Rasterizer.move_to_d(Xs[I], Ys[I]);
-            else
-                Rasterizer.line_to_d(Xs[I], Ys[I]);
-        }
-        art_bitmap *Bitmap = static_cast<art_bitmap *>(Target.Get());
-        agg::scanline_u8 Scanline;
-        Bitmap->GetSolidRenderer().color(Color);
-        agg::render_scanlines(Rasterizer, Scanline, Bitmap->GetSolidRenderer());
-    }
-
-private:
-    agg::rgba8 Color;
-};
 
 class bench_top_object : public art_top_object
 {
