@@ -72,123 +72,82 @@ const std::vector<zel_string> &ZelStringKeys()
     return Keys;
 }
 
-void ZelIntInsert(benchmark::State &State)
+// The two kinds of map behind one pair of calls, so each benchmark is written once for both.
+void Put(zel_int_hash_map<int> &Map, int32_t Key, int Value)
 {
-    const std::vector<int32_t> &Keys = IntKeys();
+    Map.Insert(Key, Value);
+}
+void Put(zel_string_hash_map<int> &Map, const zel_string &Key, int Value)
+{
+    Map.Insert(Key, Value);
+}
+template <class K> void Put(std::unordered_map<K, int> &Map, const K &Key, int Value)
+{
+    Map.emplace(Key, Value);
+}
+
+int Get(zel_int_hash_map<int> &Map, int32_t Key)
+{
+    return Map.GetValueAt(Map.Find(Key));
+}
+int Get(zel_string_hash_map<int> &Map, const zel_string &Key)
+{
+    return Map.GetValueAt(Map.Find(Key));
+}
+template <class K> int Get(std::unordered_map<K, int> &Map, const K &Key)
+{
+    return Map.find(Key)->second;
+}
+
+// Both kinds start with 16 places and grow as keys arrive.
+template <class M, class K> void Insert(benchmark::State &State, const std::vector<K> &Keys)
+{
     for (auto _ : State) {
-        zel_int_hash_map<int> Map(16);
+        M Map(16);
         for (int I = 0; I < KeyCount; I++)
-            Map.Insert(Keys[I], I);
-        benchmark::DoNotOptimize(Map.GetNumberOfElements());
+            Put(Map, Keys[I], I);
+        benchmark::DoNotOptimize(&Map);
     }
 }
 
-void StdIntInsert(benchmark::State &State)
+template <class M, class K> void Lookup(benchmark::State &State, const std::vector<K> &Keys)
 {
-    const std::vector<int32_t> &Keys = IntKeys();
-    for (auto _ : State) {
-        std::unordered_map<int, int> Map;
-        for (int I = 0; I < KeyCount; I++)
-            Map.emplace(Keys[I], I);
-        benchmark::DoNotOptimize(Map.size());
-    }
-}
-
-void ZelIntLookup(benchmark::State &State)
-{
-    const std::vector<int32_t> &Keys = IntKeys();
-    zel_int_hash_map<int> Map(16);
+    M Map(16);
     for (int I = 0; I < KeyCount; I++)
-        Map.Insert(Keys[I], I);
+        Put(Map, Keys[I], I);
     const std::vector<int> &Order = LookupOrder();
     for (auto _ : State) {
         int64_t Sum = 0;
         for (int I = 0; I < KeyCount; I++)
-            Sum += Map.GetValueAt(Map.Find(Keys[Order[I]]));
+            Sum += Get(Map, Keys[Order[I]]);
         benchmark::DoNotOptimize(Sum);
     }
 }
 
-void StdIntLookup(benchmark::State &State)
+void RegisterAll()
 {
-    const std::vector<int32_t> &Keys = IntKeys();
-    std::unordered_map<int, int> Map;
-    for (int I = 0; I < KeyCount; I++)
-        Map.emplace(Keys[I], I);
-    const std::vector<int> &Order = LookupOrder();
-    for (auto _ : State) {
-        int64_t Sum = 0;
-        for (int I = 0; I < KeyCount; I++)
-            Sum += Map.find(Keys[Order[I]])->second;
-        benchmark::DoNotOptimize(Sum);
-    }
+    using zel_ints = zel_int_hash_map<int>;
+    using zel_strings = zel_string_hash_map<int>;
+    using std_ints = std::unordered_map<int32_t, int>;
+    using std_strings = std::unordered_map<std::string, int>;
+    auto Register = [](const char *Name, void (*Run)(benchmark::State &)) {
+        benchmark::RegisterBenchmark(Name, Run)->Unit(benchmark::kMillisecond);
+    };
+    Register("ZelIntInsert", [](benchmark::State &S) { Insert<zel_ints>(S, IntKeys()); });
+    Register("StdIntInsert", [](benchmark::State &S) { Insert<std_ints>(S, IntKeys()); });
+    Register("ZelIntLookup", [](benchmark::State &S) { Lookup<zel_ints>(S, IntKeys()); });
+    Register("StdIntLookup", [](benchmark::State &S) { Lookup<std_ints>(S, IntKeys()); });
+    Register("ZelStringInsert", [](benchmark::State &S) { Insert<zel_strings>(S, ZelStringKeys()); });
+    Register("StdStringInsert", [](benchmark::State &S) { Insert<std_strings>(S, StdStringKeys()); });
+    Register("ZelStringLookup", [](benchmark::State &S) { Lookup<zel_strings>(S, ZelStringKeys()); });
+    Register("StdStringLookup", [](benchmark::State &S) { Lookup<std_strings>(S, StdStringKeys()); });
 }
-
-void ZelStringInsert(benchmark::State &State)
-{
-    const std::vector<zel_string> &Keys = ZelStringKeys();
-    for (auto _ : State) {
-        zel_string_hash_map<int> Map(16);
-        for (int I = 0; I < KeyCount; I++)
-            Map.Insert(Keys[I], I);
-        benchmark::DoNotOptimize(Map.GetNumberOfElements());
-    }
-}
-
-void StdStringInsert(benchmark::State &State)
-{
-    const std::vector<std::string> &Keys = StdStringKeys();
-    for (auto _ : State) {
-        std::unordered_map<std::string, int> Map;
-        for (int I = 0; I < KeyCount; I++)
-            Map.emplace(Keys[I], I);
-        benchmark::DoNotOptimize(Map.size());
-    }
-}
-
-void ZelStringLookup(benchmark::State &State)
-{
-    const std::vector<zel_string> &Keys = ZelStringKeys();
-    zel_string_hash_map<int> Map(16);
-    for (int I = 0; I < KeyCount; I++)
-        Map.Insert(Keys[I], I);
-    const std::vector<int> &Order = LookupOrder();
-    for (auto _ : State) {
-        int64_t Sum = 0;
-        for (int I = 0; I < KeyCount; I++)
-            Sum += Map.GetValueAt(Map.Find(Keys[Order[I]]));
-        benchmark::DoNotOptimize(Sum);
-    }
-}
-
-void StdStringLookup(benchmark::State &State)
-{
-    const std::vector<std::string> &Keys = StdStringKeys();
-    std::unordered_map<std::string, int> Map;
-    for (int I = 0; I < KeyCount; I++)
-        Map.emplace(Keys[I], I);
-    const std::vector<int> &Order = LookupOrder();
-    for (auto _ : State) {
-        int64_t Sum = 0;
-        for (int I = 0; I < KeyCount; I++)
-            Sum += Map.find(Keys[Order[I]])->second;
-        benchmark::DoNotOptimize(Sum);
-    }
-}
-
-BENCHMARK(ZelIntInsert)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdIntInsert)->Unit(benchmark::kMillisecond);
-BENCHMARK(ZelIntLookup)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdIntLookup)->Unit(benchmark::kMillisecond);
-BENCHMARK(ZelStringInsert)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdStringInsert)->Unit(benchmark::kMillisecond);
-BENCHMARK(ZelStringLookup)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdStringLookup)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    RegisterAll();
     ratio_reporter Reporter;
     if (!Reporter.RunAll(argc, argv))
         return 1;

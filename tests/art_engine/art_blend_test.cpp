@@ -186,37 +186,31 @@ INSTANTIATE_TEST_SUITE_P(BlockWidths, ArtColorSpanBlend, testing::Bool(), BlockW
 INSTANTIATE_TEST_SUITE_P(BlockWidths, ArtBlendBitmap, testing::Bool(), BlockWidthName);
 INSTANTIATE_TEST_SUITE_P(BlockWidths, ArtStencil, testing::Bool(), BlockWidthName);
 
-TEST(ArtPremultiply, ColorTruncatesForEveryByteAndAlpha)
+// A one-pixel kernel against its plain form, for every colour byte at every alpha.
+void ExpectLikePlainForEveryByteAndAlpha(void (*Kernel)(agg::rgba8 &), agg::rgba8 (*Plain)(agg::rgba8))
 {
     for (int A = 0; A < 256; A++)
         for (int C = 0; C < 256; C++) {
-            agg::rgba8 Color = Pixel(C, 255 - C, C / 3, A);
-            agg::rgba8 Want = plain::PremultiplyColor(Color);
-            PremultiplyColor(Color);
-            ASSERT_TRUE(SamePixel(Want, Color)) << "c=" << C << " a=" << A << ": " << PixelText(Color);
+            agg::rgba8 P = Pixel(C, 255 - C, C / 3, A);
+            agg::rgba8 Want = Plain(P);
+            Kernel(P);
+            ASSERT_TRUE(SamePixel(Want, P)) << "c=" << C << " a=" << A << ": " << PixelText(P);
         }
+}
+
+TEST(ArtPremultiply, ColorTruncatesForEveryByteAndAlpha)
+{
+    ExpectLikePlainForEveryByteAndAlpha(PremultiplyColor, plain::PremultiplyColor);
 }
 
 TEST(ArtPremultiply, PixelRoundsUpForEveryByteAndAlpha)
 {
-    for (int A = 0; A < 256; A++)
-        for (int C = 0; C < 256; C++) {
-            agg::rgba8 P = Pixel(C, 255 - C, C / 3, A);
-            agg::rgba8 Want = plain::PremultiplyPixel(P);
-            PremultiplyPixel(P);
-            ASSERT_TRUE(SamePixel(Want, P)) << "c=" << C << " a=" << A << ": " << PixelText(P);
-        }
+    ExpectLikePlainForEveryByteAndAlpha(PremultiplyPixel, plain::PremultiplyPixel);
 }
 
 TEST(ArtPremultiply, UnpremultiplyForEveryByteAndAlpha)
 {
-    for (int A = 0; A < 256; A++)
-        for (int C = 0; C < 256; C++) {
-            agg::rgba8 P = Pixel(C, 255 - C, C / 3, A);
-            agg::rgba8 Want = plain::UnpremultiplyPixel(P);
-            UnpremultiplyPixel(P);
-            ASSERT_TRUE(SamePixel(Want, P)) << "c=" << C << " a=" << A << ": " << PixelText(P);
-        }
+    ExpectLikePlainForEveryByteAndAlpha(UnpremultiplyPixel, plain::UnpremultiplyPixel);
 }
 
 TEST(ArtPremultiply, PixelOfRedAtAlphaOneGivesOneAndColorGivesZero)
