@@ -7,8 +7,18 @@
 #include "zel_basics/debug.h"
 
 art_bitmap::art_bitmap()
-    : Pixels(1), PixelFormat(RenderingBuffer), BaseRenderer(PixelFormat), SolidRenderer(BaseRenderer)
+    : Pixels(1), View(false), Data(reinterpret_cast<uint8_t *>(Pixels.GetData())), Stride(0),
+      PixelFormat(RenderingBuffer), BaseRenderer(PixelFormat), SolidRenderer(BaseRenderer)
 {
+    AttachRenderers();
+}
+
+art_bitmap::art_bitmap(reference_pointer<art_bitmap> Parent, const int_rectangle &Part)
+    : Pixels(1), View(true), Data(nullptr), Stride(Parent->GetPixelStride()), Size(Part.Size),
+      PixelFormat(RenderingBuffer), BaseRenderer(PixelFormat), SolidRenderer(BaseRenderer)
+{
+    TOVAS_ASSERT(int_rectangle(int_point2d(), Parent->GetSize()).Contains(Part), this);
+    Data = Parent->GetPixelData() + ptrdiff_t(Part.Location.Y) * Stride + ptrdiff_t(Part.Location.X) * 4;
     AttachRenderers();
 }
 
@@ -32,6 +42,7 @@ art_bitmap::art_bitmap(reference_pointer<bitmap_interface> Source) : art_bitmap(
 
 void art_bitmap::SetSize(int Width, int Height)
 {
+    TOVAS_ASSERT(!View, this);
     int NewArraySize = Width * Height;
     TOVAS_ASSERT(NewArraySize>=0, this);
     int OldArraySize = Pixels.GetNumberOfElements();
@@ -48,12 +59,14 @@ void art_bitmap::SetSize(int Width, int Height)
     while (Pixels.GetNumberOfElements() < NewArraySize)
         Pixels.AddEmpty();
     Size = int_point2d(Width, Height);
+    Data = reinterpret_cast<uint8_t *>(Pixels.GetData());
+    Stride = Width * 4;
     AttachRenderers();
 }
 
 void art_bitmap::AttachRenderers()
 {
-    RenderingBuffer.attach(GetPixelData(), unsigned(Size.X), unsigned(Size.Y), GetPixelStride());
+    RenderingBuffer.attach(Data, unsigned(Size.X), unsigned(Size.Y), Stride);
     PixelFormat.attach(RenderingBuffer);
     BaseRenderer.attach(PixelFormat);
     SolidRenderer.attach(BaseRenderer);
@@ -61,38 +74,52 @@ void art_bitmap::AttachRenderers()
 
 bool art_bitmap::HasTransparency()
 {
-    const agg::rgba8 *Pixel = Pixels.GetData();
-    int Count = Pixels.GetNumberOfElements();
-    for (int I = 0; I < Count; I++) {
-        if (Pixel[I].a < 255)
-            return true;
+    for (int Y = 0; Y < Size.Y; Y++) {
+        const agg::rgba8 *Row = GetPixelRow(Y);
+        for (int X = 0; X < Size.X; X++) {
+            if (Row[X].a < 255)
+                return true;
+        }
     }
     return false;
 }
 
-// The rows lie end to end, so the whole store is one run of the pattern. Four equal bytes (opaque
-// white, transparent black, the common backgrounds) are a byte fill; any other pattern is written
-// once and then doubled by copies, up to a piece that stays in the first-level cache, which is then
-// copied on along the store.
-void art_bitmap::Clear(const agg::rgba8 &Value)
+namespace {
+
+// Four equal bytes (opaque white, transparent black, the common backgrounds) are a byte fill; any
+// other pattern is written once and then doubled by copies, up to a piece that stays in the
+// first-level cache, which is then copied on along the run.
+void FillRun(uint8_t *Run, size_t Bytes, const agg::rgba8 &Value)
 {
-    size_t Bytes = size_t(Size.X) * size_t(Size.Y) * sizeof(agg::rgba8);
-    if (Bytes == 0)
-        return;
-    uint8_t *Data = GetPixelData();
     if (Value.r == Value.g && Value.g == Value.b && Value.b == Value.a) {
-        std::memset(Data, Value.r, Bytes);
+        std::memset(Run, Value.r, Bytes);
         return;
     }
     const size_t PieceBytes = 4096;
-    std::memcpy(Data, &Value, sizeof(agg::rgba8));
+    std::memcpy(Run, &Value, sizeof(agg::rgba8));
     size_t Done = sizeof(agg::rgba8);
     while (Done < Bytes) {
         size_t Step = Done < PieceBytes ? Done : PieceBytes;
         Step = Step < Bytes - Done ? Step : Bytes - Done;
-        std::memcpy(Data + Done, Data, Step);
+        std::memcpy(Run + Done, Run, Step);
         Done += Step;
     }
+}
+
+} // namespace
+
+// An own store is one run; a view's rows each are one.
+void art_bitmap::Clear(const agg::rgba8 &Value)
+{
+    size_t RowBytes = size_t(Size.X) * sizeof(agg::rgba8);
+    if (RowBytes == 0 || Size.Y == 0)
+        return;
+    if (IsOneRun()) {
+        FillRun(Data, RowBytes * size_t(Size.Y), Value);
+        return;
+    }
+    for (int Y = 0; Y < Size.Y; Y++)
+        FillRun(reinterpret_cast<uint8_t *>(GetPixelRow(Y)), RowBytes, Value);
 }
 
 agg::rect_i art_bitmap::ToAggRectangle(const int_rectangle &Rectangle)
@@ -175,7 +202,14 @@ void art_bitmap::ApplyStencil(reference_pointer<art_bitmap> StencilBitmap)
     int NumLines = Size.Y;
     TOVAS_ASSERT(PixelsPerLine==StencilBitmap->GetSize().X, this);
     TOVAS_ASSERT(NumLines==StencilBitmap->GetSize().Y, this);
-    ApplyStencilToPixels(GetPixelData(), StencilBitmap->GetPixelData(), size_t(PixelsPerLine) * size_t(NumLines));
+    if (IsOneRun() && StencilBitmap->IsOneRun()) {
+        ApplyStencilToPixels(Data, StencilBitmap->Data, size_t(PixelsPerLine) * size_t(NumLines));
+        return;
+    }
+    for (int Y = 0; Y < NumLines; Y++) {
+        ApplyStencilToPixels(reinterpret_cast<uint8_t *>(GetPixelRow(Y)),
+                             reinterpret_cast<uint8_t *>(StencilBitmap->GetPixelRow(Y)), size_t(PixelsPerLine));
+    }
 }
 
 void art_bitmap::ColorizeStencilLayer(int StackMode)

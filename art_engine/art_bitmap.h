@@ -18,9 +18,10 @@ typedef agg::renderer_base<art_pixfmt_rgba> art_renderer_base;
 typedef agg::renderer_scanline_aa_solid<art_renderer_base> art_renderer_solid;
 
 // The one picture format of the engine: 32 bits a pixel, bytes R, G, B, A, colour premultiplied
-// by alpha, rows top-down with no padding. The four AGG objects point at each other and at the
-// store, so a bitmap is never copied bit by bit: copies go through the copying constructor, and a
-// bitmap is held through ownership_pointer.
+// by alpha, rows top-down. A bitmap owns its store, rows with no padding, or is a view of a
+// rectangle of another bitmap's store, rows as far apart as the other's. The four AGG objects point
+// at each other and at the store, so a bitmap is never copied bit by bit: copies go through the
+// copying constructor, and a bitmap is held through ownership_pointer.
 class art_bitmap : public bitmap_interface
 {
 public:
@@ -31,6 +32,9 @@ public:
     // Takes the size and pixels of any 32-bit source, top row first whatever the source's row order,
     // and premultiplies them if the source has straight alpha.
     explicit art_bitmap(reference_pointer<bitmap_interface> Source);
+    // A view of Part of Parent's pixels: drawing into it draws into Parent, with no copy. Parent
+    // keeps its size while the view lives, and outlives it.
+    art_bitmap(reference_pointer<art_bitmap> Parent, const int_rectangle &Part);
     art_bitmap(const art_bitmap &) = delete;
     art_bitmap &operator=(const art_bitmap &) = delete;
 
@@ -40,15 +44,17 @@ public:
     bool IsArtBitmap() override { return true; }
     bool IsPremultiplied() override { return true; }
 
-    uint8_t *GetPixelData() { return reinterpret_cast<uint8_t *>(Pixels.GetData()); }
-    int32_t GetPixelStride() const { return Size.X * 4; }
-    // The element count of the store: width times height.
+    // The top-left pixel; the rows follow GetPixelStride bytes apart.
+    uint8_t *GetPixelData() { return Data; }
+    int32_t GetPixelStride() const { return Stride; }
+    // The element count of the own store: width times height, and 0 in a view.
     int GetPixelDataSize() const { return Pixels.GetNumberOfElements(); }
+    bool IsView() const { return View; }
     // Row Y, top row 0; no bounds check.
-    agg::rgba8 *GetPixelRow(int Y) { return Pixels.GetData() + Y * Size.X; }
+    agg::rgba8 *GetPixelRow(int Y) { return reinterpret_cast<agg::rgba8 *>(Data + ptrdiff_t(Y) * Stride); }
 
     // Reuses the store when it is large enough, so a bitmap can serve as a temporary again and again.
-    // Newly exposed pixels are not cleared.
+    // Newly exposed pixels are not cleared. A view cannot change its size.
     void SetSize(int Width, int Height);
     // Whether any pixel has alpha below 255; stops at the first one.
     bool HasTransparency();
@@ -97,6 +103,8 @@ public:
 
 private:
     void AttachRenderers();
+    // Whether the rows lie end to end, so that the pixels are one run.
+    bool IsOneRun() const { return Stride == Size.X * 4; }
     // A source rectangle in AGG's inclusive corners.
     static agg::rect_i ToAggRectangle(const int_rectangle &Rectangle);
     // The rest take a null SourceArea for the whole source.
@@ -106,7 +114,11 @@ private:
     void CompositeBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
                              uint8_t Opacity, art_comp_op Operation);
 
+    // Empty in a view.
     array<agg::rgba8> Pixels;
+    bool View;
+    uint8_t *Data;
+    int32_t Stride;
     int_point2d Size;
     agg::rendering_buffer RenderingBuffer;
     art_pixfmt_rgba PixelFormat;

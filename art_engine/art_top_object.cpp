@@ -24,7 +24,7 @@ uint8_t ColorByte(double Component)
 
 art_top_object::art_top_object()
     : Dirty(true), FullRedraw(true), CurrentTime(0), BackgroundColor(0, 0, 0, 0), Bitmap(new art_bitmap),
-      Cache(new art_cache), PartBitmap(new art_bitmap)
+      Cache(new art_cache)
 {
     Name = "topmost layer";
     // Window pixels are top object space: the frame maps by the identity.
@@ -136,14 +136,13 @@ void art_top_object::PaintAll()
             int_rectangle Part = Merged[I].Intersect(Window);
             if (Part.IsEmpty())
                 continue;
-            PartBitmap->SetSize(Part.Size.X, Part.Size.Y);
-            PartBitmap->Clear(Background);
+            art_bitmap View(reference_pointer<art_bitmap>(Bitmap.Get()), Part);
+            View.Clear(Background);
             agg::trans_affine Matrix;
             Matrix.translate(-Part.Location.X, -Part.Location.Y);
-            reference_pointer<bitmap_interface> Target(PartBitmap.Get());
+            reference_pointer<bitmap_interface> Target(&View);
             Draw(Target, Target, Matrix, CacheReference);
-            Bitmap->CopyBitmap(Part.Location.X, Part.Location.Y, reference_pointer<art_bitmap>(PartBitmap.Get()));
-            PresentBitmap(Part.Location.X, Part.Location.Y, reference_pointer<art_bitmap>(PartBitmap.Get()));
+            PresentBitmap(Part.Location.X, Part.Location.Y, reference_pointer<art_bitmap>(&View));
         }
     } else {
         Bitmap->Clear(Background);

@@ -54,7 +54,4 @@ protected:
     agg::rgba BackgroundColor;
     ownership_pointer<art_bitmap> Bitmap;
     ownership_pointer<art_cache> Cache;
-    // Where a partial repaint is drawn before it goes into the window's pixels; kept so that its
-    // store serves frame after frame.
-    ownership_pointer<art_bitmap> PartBitmap;
 };

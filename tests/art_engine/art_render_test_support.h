@@ -125,6 +125,8 @@ struct presented
     int X;
     int Y;
     int_point2d Size;
+    const uint8_t *FirstLine;
+    int32_t Stride;
 };
 
 class test_top_object : public art_top_object
@@ -132,7 +134,7 @@ class test_top_object : public art_top_object
 public:
     void PresentBitmap(int X, int Y, reference_pointer<art_bitmap> Bitmap) override
     {
-        Presented.push_back({X, Y, Bitmap->GetSize()});
+        Presented.push_back({X, Y, Bitmap->GetSize(), Bitmap->GetFirstLine(), Bitmap->GetLineStride()});
     }
     void Merge(array<int_rectangle> &Merged) { MergeDirtyList(Merged); }
 

@@ -232,6 +232,22 @@ TEST(ArtTopObject, PartialRepaintLeavesPixelsOutsideTheDirtyRectanglesAlone)
     }));
 }
 
+TEST(ArtTopObject, PartialRepaintDrawsStraightIntoTheWindowsPixels)
+{
+    top_scene Scene(30, 20);
+    Scene.AddStencilled(point2d(2, 2), point2d(5, 5), Red);
+    Scene.Top.PaintAll();
+    Scene.Top.RequestRedrawRect(rectangle(point2d(3, 4), point2d(2, 2)));
+    Scene.Top.Presented.clear();
+    Scene.Top.PaintAll();
+    // The rectangle grown by 1 is handed over as a part of the window's own store, not a copy.
+    ASSERT_EQ(1u, Scene.Top.Presented.size());
+    art_bitmap &Window = *Scene.Top.GetBitmap();
+    EXPECT_EQ(int_point2d(4, 4), Scene.Top.Presented[0].Size);
+    EXPECT_EQ(Window.GetPixelData() + 3 * Window.GetPixelStride() + 2 * 4, Scene.Top.Presented[0].FirstLine);
+    EXPECT_EQ(30 * 4, Scene.Top.Presented[0].Stride);
+}
+
 TEST(ArtTopObject, DirtyRectanglesCoveringTheWindowGiveAFullRepaint)
 {
     top_scene Scene(10, 10);
