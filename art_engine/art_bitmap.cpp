@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "art_engine/art_alpha_runs.h"
 #include "art_engine/art_blend.h"
 #include "art_engine/art_object.h"
 #include "zel_basics/debug.h"
@@ -141,14 +142,21 @@ void art_bitmap::CopyBitmap(int X, int Y, reference_pointer<art_bitmap> Source, 
 
 void art_bitmap::BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity)
 {
-    BlendBitmapArea(X, Y, Source, nullptr, Opacity);
+    BlendBitmapArea(X, Y, Source, nullptr, Opacity, nullptr);
 }
 
 void art_bitmap::BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
                              uint8_t Opacity)
 {
     agg::rect_i Area = ToAggRectangle(SourceRectangle);
-    BlendBitmapArea(X, Y, Source, &Area, Opacity);
+    BlendBitmapArea(X, Y, Source, &Area, Opacity, nullptr);
+}
+
+void art_bitmap::BlendBitmap(int X, int Y, reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
+                             uint8_t Opacity, const art_alpha_runs &SourceRuns)
+{
+    agg::rect_i Area = ToAggRectangle(SourceRectangle);
+    BlendBitmapArea(X, Y, Source, &Area, Opacity, &SourceRuns);
 }
 
 void art_bitmap::CompositeBitmap(int X, int Y, reference_pointer<art_bitmap> Source, uint8_t Opacity,
@@ -175,13 +183,58 @@ void art_bitmap::CopyBitmapArea(int X, int Y, reference_pointer<art_bitmap> Sour
     BaseRenderer.copy_from(SourceBitmap->RenderingBuffer, SourceArea, DX, DY);
 }
 
+// The rows are those of AGG's renderer_base::blend_from, walked here directly: a repaint from the
+// render cache composes thousands of short rows, and the per-row calls showed.
 void art_bitmap::BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
-                                 uint8_t Opacity)
+                                 uint8_t Opacity, const art_alpha_runs *SourceRuns)
 {
     art_bitmap *SourceBitmap = Source.operator->();
-    int DX = SourceArea != nullptr ? X - SourceArea->x1 : X;
-    int DY = SourceArea != nullptr ? Y - SourceArea->y1 : Y;
-    BaseRenderer.blend_from(SourceBitmap->PixelFormat, SourceArea, DX, DY, Opacity);
+    agg::rect_i From(0, 0, SourceBitmap->Size.X, SourceBitmap->Size.Y);
+    if (SourceArea != nullptr)
+        From = agg::rect_i(SourceArea->x1, SourceArea->y1, SourceArea->x2 + 1, SourceArea->y2 + 1);
+    agg::rect_i To(X, Y, X + From.x2 - From.x1, Y + From.y2 - From.y1);
+    agg::rect_i Area = BaseRenderer.clip_rect_area(To, From, SourceBitmap->Size.X, SourceBitmap->Size.Y);
+    if (Area.x2 <= 0 || Area.y2 <= 0)
+        return;
+    TOVAS_ASSERT(SourceRuns==nullptr || SourceRuns->GetSize()==SourceBitmap->GetSize(), this);
+    if (SourceRuns != nullptr && !SharesMemoryWith(*SourceBitmap)) {
+        // Apart from the target, the source cannot change under the blend, and every pixel's result
+        // stands alone, so that the runs may go in any order.
+        ptrdiff_t SourceStride = SourceBitmap->Stride;
+        SourceRuns->ForEachRun(
+            From.y1, From.y1 + Area.y2, From.x1, From.x1 + Area.x2,
+            [&](art_alpha_runs::run_kind Kind, int32_t Top, int32_t Rows, int32_t Start, int32_t Length) {
+                if (Kind == art_alpha_runs::Transparent)
+                    return;
+                uint8_t *Target = Data + ptrdiff_t(To.y1 + Top - From.y1) * Stride + ptrdiff_t(To.x1 + Start - From.x1) * 4;
+                const uint8_t *Colors = SourceBitmap->Data + ptrdiff_t(Top) * SourceStride + ptrdiff_t(Start) * 4;
+                bool Copy = Kind == art_alpha_runs::Opaque && Opacity == 255;
+                for (int32_t Row = 0; Row < Rows; Row++, Target += Stride, Colors += SourceStride) {
+                    if (Copy)
+                        std::memcpy(Target, Colors, size_t(Length) * 4);
+                    else
+                        BlendColorSpan(Target, Colors, unsigned(Length), nullptr, Opacity);
+                }
+            });
+        return;
+    }
+    // Bottom to top when the target lies lower, so that no row is read after it was written.
+    int Step = To.y1 > From.y1 ? -1 : 1;
+    bool TargetFurtherRight = To.x1 > From.x1;
+    for (int Row = Step < 0 ? Area.y2 - 1 : 0; Row >= 0 && Row < Area.y2; Row += Step) {
+        BlendColorRow(Data + ptrdiff_t(To.y1 + Row) * Stride + ptrdiff_t(To.x1) * 4,
+                      SourceBitmap->Data + ptrdiff_t(From.y1 + Row) * SourceBitmap->Stride + ptrdiff_t(From.x1) * 4,
+                      unsigned(Area.x2), Opacity, TargetFurtherRight);
+    }
+}
+
+bool art_bitmap::SharesMemoryWith(const art_bitmap &Other) const
+{
+    auto End = [](const art_bitmap &Bitmap) {
+        return reinterpret_cast<uintptr_t>(Bitmap.Data) + uintptr_t(Bitmap.Size.Y - 1) * uintptr_t(Bitmap.Stride) +
+               uintptr_t(Bitmap.Size.X) * 4;
+    };
+    return reinterpret_cast<uintptr_t>(Data) < End(Other) && reinterpret_cast<uintptr_t>(Other.Data) < End(*this);
 }
 
 void art_bitmap::CompositeBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,

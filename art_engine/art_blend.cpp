@@ -108,6 +108,18 @@ void BlendColorSpanBackwards(uint8_t *Pixels, const uint8_t *Colors, unsigned Le
         BlendPixel(Pixels + 4 * I, Colors + 4 * I, Cover);
 }
 
+void BlendColorRow(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, unsigned Cover, bool TargetFurtherRight)
+{
+    uintptr_t SourceStart = reinterpret_cast<uintptr_t>(Colors);
+    uintptr_t TargetStart = reinterpret_cast<uintptr_t>(Pixels);
+    uintptr_t Bytes = uintptr_t(Length) * 4;
+    bool Overlaps = TargetStart < SourceStart + Bytes && SourceStart < TargetStart + Bytes;
+    if (TargetFurtherRight && Overlaps)
+        BlendColorSpanBackwards(Pixels, Colors, Length, Cover);
+    else
+        BlendColorSpan(Pixels, Colors, Length, nullptr, Cover);
+}
+
 void ApplyStencilToPixels(uint8_t *Layer, const uint8_t *Stencil, size_t Count)
 {
     for (size_t I = BlockKernels().Stencil(Layer, Stencil, Count); I < Count; I++)

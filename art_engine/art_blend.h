@@ -119,6 +119,11 @@ void BlendSolidSpan(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, c
 void BlendColorSpan(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, const uint8_t *Covers, unsigned Cover);
 // The same from right to left, for a source that overlaps the target further left.
 void BlendColorSpanBackwards(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, unsigned Cover);
+// One row of another picture, or of the same one, under one coverage. When the source lies in the
+// same memory and TargetFurtherRight says that the target lies right of it in its picture, the
+// pixels go right to left, so that none is read after it was written; otherwise the direction cannot
+// change a byte and the forward kernel runs.
+void BlendColorRow(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, unsigned Cover, bool TargetFurtherRight);
 // Masks Count layer pixels by the luma of as many stencil pixels; the stencil's alpha does not enter.
 void ApplyStencilToPixels(uint8_t *Layer, const uint8_t *Stencil, size_t Count);
 

@@ -25,7 +25,8 @@ art_object_cached_bitmap::art_object_cached_bitmap(ownership_pointer<art_bitmap>
                                                    reference_pointer<art_object> Owner, double Cost,
                                                    int32_t RedrawCount, const int_rectangle &Window,
                                                    const agg::trans_affine &Matrix)
-    : art_cached_bitmap(Bitmap, Owner, Cost), RedrawCount(RedrawCount), Window(Window), Origin(Matrix.tx, Matrix.ty)
+    : art_cached_bitmap(Bitmap, Owner, Cost), RedrawCount(RedrawCount), Window(Window), Origin(Matrix.tx, Matrix.ty),
+      AlphaRuns(*this->Bitmap)
 {
     double X = 1;
     double Y = 1;

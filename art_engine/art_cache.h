@@ -4,6 +4,7 @@
 
 #include <agg_trans_affine.h>
 
+#include "art_engine/art_alpha_runs.h"
 #include "art_engine/art_bitmap.h"
 #include "zel_basics/lwbase_object.h"
 #include "zel_basics/lwpointers.h"
@@ -53,6 +54,9 @@ public:
     const int_rectangle &GetWindow() const { return Window; }
     point2d GetOrigin() const { return Origin; }
     point2d GetFarCorner() const { return FarCorner; }
+    // Measured once here, since the picture does not change while the entry lives, and then used on
+    // every hit.
+    const art_alpha_runs &GetAlphaRuns() const { return AlphaRuns; }
 
     // Whether the picture still serves an object of this Size and RedrawCount under Matrix: the
     // same content, and a matrix that differs by a move of whole pixels, both to 1/256 of a pixel.
@@ -65,6 +69,7 @@ private:
     int_rectangle Window;
     point2d Origin;
     point2d FarCorner;
+    art_alpha_runs AlphaRuns;
 };
 
 // The composites of one tree, by object. Owned by the top object and handed down every draw.

@@ -1,11 +1,32 @@
 #include "art_engine/art_events.h"
 
 #include "art_engine/art_attribute_text.h"
+#include "art_engine/art_object.h"
 
 art_human_input_set::art_human_input_set(reference_pointer<mouse_interface> Mouse,
                                          reference_pointer<keyboard_interface> Keyboard)
     : Mouse(Mouse), Keyboard(Keyboard)
 {
+}
+
+reference_pointer<art_object> art_human_input_set::GetKeyFocus() const
+{
+    return KeyFocus;
+}
+
+void art_human_input_set::SetKeyFocus(reference_pointer<art_object> Object)
+{
+    KeyFocus = Object;
+}
+
+reference_pointer<art_object> art_key_event::GetTarget() const
+{
+    return Target;
+}
+
+void art_key_event::SetTarget(reference_pointer<art_object> NewTarget)
+{
+    Target = NewTarget;
 }
 
 art_pointer_event::art_pointer_event(pointer_event_type Type, pointer_button Button, point2d Location,

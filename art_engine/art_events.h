@@ -8,8 +8,11 @@
 #include "zel_basics/point2d.h"
 #include "zel_basics/zel_string.h"
 
+class art_object;
+
 // What an object may ask about the person at the controls: the pointer and the keyboard as the
-// application sees them. The interfaces belong to the platform layer; this only links to them.
+// application sees them, and which object takes typed keys. The interfaces belong to the platform
+// layer; this only links to them.
 class art_human_input_set : public base_object
 {
 public:
@@ -17,10 +20,38 @@ public:
 
     reference_pointer<mouse_interface> GetMouse() const { return Mouse; }
     reference_pointer<keyboard_interface> GetKeyboard() const { return Keyboard; }
+    // The object that keys without a target of their own go to; set by whoever takes the typing.
+    reference_pointer<art_object> GetKeyFocus() const;
+    void SetKeyFocus(reference_pointer<art_object> Object);
 
 private:
     reference_pointer<mouse_interface> Mouse;
     reference_pointer<keyboard_interface> Keyboard;
+    reference_pointer<art_object> KeyFocus;
+};
+
+// One typed key on its way to an object: the keyboard's buffered entry, the key code with the
+// modifier and lock flags of the moment it was pressed.
+class art_key_event : public base_object
+{
+public:
+    explicit art_key_event(int Entry) : Entry(Entry) {}
+
+    int GetEntry() const { return Entry; }
+    int GetKeyCode() const { return Entry & KeyCodeMask; }
+    bool IsShiftDown() const { return (Entry & KeyShiftFlag) != 0; }
+    bool IsControlDown() const { return (Entry & KeyControlFlag) != 0; }
+    bool IsAltDown() const { return (Entry & KeyAltFlag) != 0; }
+    // The character typed, by KeyToCharacter.
+    int GetCharacter() const { return KeyToCharacter(Entry); }
+
+    // Unset when the event is made: the top object then sends it to the key focus.
+    reference_pointer<art_object> GetTarget() const;
+    void SetTarget(reference_pointer<art_object> NewTarget);
+
+private:
+    int Entry;
+    reference_pointer<art_object> Target;
 };
 
 // A pointer event on its way down the tree. Location and LastLocation are rewritten into the space

@@ -187,6 +187,8 @@ public:
     bool GetMarkedForDeletion() const { return MarkedForDeletion; }
     void MarkForDeletion() { MarkedForDeletion = true; }
     void MarkChildrenForDeletion();
+    // Drops the capture that a held button set along the path below this object.
+    void ReleasePointerCapture();
     bool IsStencilled();
 
     point2d GetScale() const { return Scale; }

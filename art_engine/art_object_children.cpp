@@ -465,6 +465,19 @@ bool art_object_children::SetMouseOverDHO(reference_pointer<art_object> NewDHO,
     return true;
 }
 
+void art_object_children::ReleasePointerCapture()
+{
+    if (MouseFocusedDHO.IsSet())
+        MouseFocusedDHO->ReleasePointerCapture();
+    MouseFocusedDHO.Clear();
+}
+
+void art_object::ReleasePointerCapture()
+{
+    if (Children.IsSet())
+        Children->ReleasePointerCapture();
+}
+
 reference_pointer<art_object> art_object_children::HandlePointerEvent(reference_pointer<art_pointer_event> PointerEvent)
 {
     if (MouseFocusedDHO.IsSet() && MouseFocusedDHO->GetMarkedForDeletion())

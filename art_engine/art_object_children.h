@@ -54,6 +54,9 @@ public:
     void SortByStack();
     bool SetMouseOverDHO(reference_pointer<art_object> NewDHO, reference_pointer<art_pointer_event> PointerEvent);
     reference_pointer<art_object> GetMouseFocusedDHO() const { return MouseFocusedDHO; }
+    // Lets go of a held button's capture along the whole path below, without telling anyone: for
+    // starting afresh after a failure.
+    void ReleasePointerCapture();
     reference_pointer<art_object> GetMouseOverDHO() const { return MouseOverDHO; }
     void ReadChildren(reference_pointer<xbd_tag> ChildrenTag);
     reference_pointer<xbd_tag> WriteChildren(reference_pointer<xbd_tag> Tag);

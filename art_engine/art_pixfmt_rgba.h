@@ -82,21 +82,10 @@ public:
                            covers != nullptr ? covers + I : nullptr, cover);
     }
 
-    // One row of another bitmap, source-over with one coverage. When the source lies in the same row
-    // of the same memory further left, the pixels go right to left, so that none is read after it was
-    // written; otherwise the direction cannot change a byte and the forward kernel runs.
+    // One row of another bitmap, source-over with one coverage.
     template <class SourceFormat>
     void blend_from(const SourceFormat &from, int xdst, int ydst, int xsrc, int ysrc, unsigned len, agg::int8u cover)
     {
-        const agg::int8u *Source = from.pix_ptr(xsrc, ysrc);
-        agg::int8u *Target = pix_ptr(xdst, ydst);
-        uintptr_t SourceStart = reinterpret_cast<uintptr_t>(Source);
-        uintptr_t TargetStart = reinterpret_cast<uintptr_t>(Target);
-        uintptr_t Bytes = uintptr_t(len) * 4;
-        bool Overlaps = TargetStart < SourceStart + Bytes && SourceStart < TargetStart + Bytes;
-        if (xdst > xsrc && Overlaps)
-            BlendColorSpanBackwards(Target, Source, len, cover);
-        else
-            BlendColorSpan(Target, Source, len, nullptr, cover);
+        BlendColorRow(pix_ptr(xdst, ydst), from.pix_ptr(xsrc, ysrc), len, cover, xdst > xsrc);
     }
 };

@@ -129,13 +129,19 @@ void art_object::Draw(reference_pointer<bitmap_interface> Target, reference_poin
         double Cost = SALGetTime() - Start;
         Picture = Rendered;
         PictureLocation = ClippingWindow.Location;
-        if (Cache.IsSet())
-            Cache->SetCachedBitmap(this, ownership_pointer<art_cached_bitmap>(new art_object_cached_bitmap(
-                                             Rendered, this, Cost, RedrawCount, ClippingWindow, ObjectMatrix)));
+        if (Cache.IsSet()) {
+            ownership_pointer<art_object_cached_bitmap> NewEntry(
+                new art_object_cached_bitmap(Rendered, this, Cost, RedrawCount, ClippingWindow, ObjectMatrix));
+            Entry = NewEntry.Get();
+            Cache->SetCachedBitmap(this, NewEntry);
+        }
     }
-    TargetBitmap->BlendBitmap(ClippingWindow.Location.X, ClippingWindow.Location.Y, Picture,
-                              int_rectangle(ClippingWindow.Location - PictureLocation, ClippingWindow.Size),
-                              OpacityByte);
+    int_rectangle Part(ClippingWindow.Location - PictureLocation, ClippingWindow.Size);
+    if (Entry.IsSet())
+        TargetBitmap->BlendBitmap(ClippingWindow.Location.X, ClippingWindow.Location.Y, Picture, Part, OpacityByte,
+                                  Entry->GetAlphaRuns());
+    else
+        TargetBitmap->BlendBitmap(ClippingWindow.Location.X, ClippingWindow.Location.Y, Picture, Part, OpacityByte);
 }
 
 reference_pointer<art_object_cached_bitmap> art_object::ReuseCachedBitmap(

@@ -22,10 +22,13 @@ uint8_t ColorByte(double Component)
 
 } // namespace
 
-art_top_object::art_top_object()
-    : Dirty(true), FullRedraw(true), CurrentTime(0), BackgroundColor(0, 0, 0, 0), Bitmap(new art_bitmap),
-      Cache(new art_cache)
+art_top_object::art_top_object(ownership_pointer<art_human_input_set> GivenInputSet)
+    : Dirty(true), FullRedraw(true), CurrentTime(0), BackgroundColor(0, 0, 0, 0), PointerPending(false),
+      Bitmap(new art_bitmap), Cache(new art_cache), InputSet(GivenInputSet)
 {
+    if (!InputSet.IsSet())
+        InputSet = ownership_pointer<art_human_input_set>(
+            new art_human_input_set(reference_pointer<mouse_interface>(), reference_pointer<keyboard_interface>()));
     Name = "topmost layer";
     // Window pixels are top object space: the frame maps by the identity.
     Handle = point2d(0, 0);
@@ -82,6 +85,51 @@ void art_top_object::SetSize(point2d NewSize)
     FullRedraw = true;
     Dirty = true;
     DirtyList.Clear();
+}
+
+reference_pointer<art_object> art_top_object::HandlePointerEvent(reference_pointer<art_pointer_event> PointerEvent)
+{
+    TOVAS_ASSERT(PointerEvent.IsSet(), this);
+    PointerLocation = PointerEvent->GetLocation();
+    return art_layer::HandlePointerEvent(PointerEvent);
+}
+
+reference_pointer<art_object> art_top_object::HandleKeyEvent(reference_pointer<art_key_event> KeyEvent)
+{
+    TOVAS_ASSERT(KeyEvent.IsSet(), this);
+    reference_pointer<art_object> Target = KeyEvent->GetTarget();
+    if (!Target.IsSet())
+        Target = InputSet->GetKeyFocus();
+    if (!Target.IsSet())
+        return reference_pointer<art_object>();
+    return Target->HandleKeyEvent(KeyEvent);
+}
+
+void art_top_object::Tick()
+{
+    if (PointerPending) {
+        PointerPending = false;
+        art_pointer_event Hover(art_pointer_event::PointerMovedWithin, PointerLocation, PointerLocation, GetInputSet());
+        HandlePointerEvent(reference_pointer<art_pointer_event>(&Hover));
+    }
+    DeleteMarkedChildren();
+    SettleLayout(*this);
+    if (Dirty)
+        PaintAll();
+}
+
+void art_top_object::SettleLayout(art_object &Object)
+{
+    if (!Object.IsLayoutValid()) {
+        Object.Layout();
+        return;
+    }
+    if (Object.IsLayoutSettled())
+        return;
+    reference_pointer<art_object_children> Children = Object.GetChildrenObject();
+    Children->SetLayoutValid(true);
+    for (int I = 0; I < Children->GetNumberOfElements(); I++)
+        SettleLayout(*Children->GetChild(I));
 }
 
 void art_top_object::MergeDirtyList(array<int_rectangle> &Merged)

@@ -9,7 +9,7 @@ rofa_headless_gal::rofa_headless_gal(int Width, int Height, rofa_host_interface 
     : rofa_linux_gal(Width, Height, nullptr, Host), FileDialogAnswers(0), FileDialogRequests(0), Navigations(0),
       DropKeys(0), DropPaths(0), TimerRunning(false), DropAccepted(false), FocusRequests(0), Activations(0),
       Paints(0), CaptureHeld(false), CaptureReleases(0), PointerVisible(true), PointerShape(0),
-      InvalidatedAreas(0), DefaultHandlerCalls(0), ScreenWriter(nullptr)
+      InvalidatedAreas(0), ScreenChanged(false), DefaultHandlerCalls(0), ScreenWriter(nullptr)
 {
     ConnectToWindow();
 }
@@ -103,7 +103,20 @@ void rofa_headless_gal::FocusWindow() { FocusRequests++; }
 
 void rofa_headless_gal::ActivateWindow() { Activations++; }
 
-void rofa_headless_gal::InvalidateArea(int_rectangle Area) { InvalidatedAreas.Add(Area); }
+void rofa_headless_gal::InvalidateArea(int_rectangle Area)
+{
+    InvalidatedAreas.Add(Area);
+    ScreenChanged = true;
+}
+
+uint32_t rofa_headless_gal::ProcessGUIMessage(rofa_gui_message *Message)
+{
+    uint32_t Result = rofa_linux_gal::ProcessGUIMessage(Message);
+    if (ScreenChanged && ScreenWriter != nullptr && EnvironmentVarExists("screen_png"))
+        SaveScreen(GetEnvironmentVar("screen_png"));
+    ScreenChanged = false;
+    return Result;
+}
 
 void rofa_headless_gal::PaintScreen() { Paints++; }
 

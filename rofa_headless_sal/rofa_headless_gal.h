@@ -74,6 +74,11 @@ public:
     // Fails when no writer is set.
     void SaveScreen(zel_string Path);
 
+    // With a writer set and the parameter "screen_png" naming a file, each message after which the
+    // screen shows something new leaves the screen in that file: a host with no display thus has a
+    // picture of what its window would show.
+    uint32_t ProcessGUIMessage(rofa_gui_message *Message) override;
+
 protected:
     void AcceptDroppedFiles() override;
     void StartTimer() override;
@@ -108,6 +113,7 @@ private:
     bool PointerVisible;
     int PointerShape;
     array<int_rectangle> InvalidatedAreas;
+    bool ScreenChanged;
     int DefaultHandlerCalls;
     headless_screen_writer ScreenWriter;
 };

@@ -1,7 +1,8 @@
 #include "rofa_lib/rofa_plugin_api.h"
 
+#include "rofa_editor/rofa_app.h"
+#include "rofa_headless_sal/headless_screen_png.h"
 #include "rofa_headless_sal/rofa_headless_gal.h"
-#include "rofa_lib/rofa_placeholder_app.h"
 #include "rofa_lib/rofa_version.h"
 #include "zel_basics/debug.h"
 #include "zel_basics/lwpointers.h"
@@ -22,7 +23,9 @@ ownership_pointer<graphical_system_abstraction_layer> CreateLayer(int Width, int
     if (Window != nullptr)
         throw zel_error("This build of the library has no binding for native windows; pass a null window to run "
                         "without a display.");
-    return ownership_pointer<graphical_system_abstraction_layer>(new rofa_headless_gal(Width, Height, Host));
+    ownership_pointer<rofa_headless_gal> Layer(new rofa_headless_gal(Width, Height, Host));
+    Layer->SetScreenWriter(WriteScreenPNG);
+    return ownership_pointer<graphical_system_abstraction_layer>(Layer);
 }
 
 } // namespace
@@ -42,7 +45,7 @@ RofaAppHandle RofaAppCreateNewInstance_v2(int Width, int Height, rofa_native_win
         GAL->ParseCommandLine(CommandLine);
 
     ownership_pointer<rofa_app_interface> AppInstance(
-        new rofa_placeholder_app(reference_pointer<graphical_system_abstraction_layer>(GAL)));
+        new rofa_app_instance(reference_pointer<graphical_system_abstraction_layer>(GAL)));
     reference_pointer<rofa_app_interface> App(AppInstance);
     GAL->SetGlobalOwner(RofaAppInstanceRefName, ownership_pointer<base_object>(AppInstance));
     App->Run();

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "rofa_headless_sal/rofa_headless_gal.h"
-#include "rofa_lib/rofa_placeholder_app.h"
+#include "rofa_editor/rofa_app.h"
 #include "rofa_lib/rofa_plugin_api.h"
 #include "rofa_linux_sal/win32_messages.h"
 #include "tests/test_support.h"
@@ -51,9 +51,9 @@ rofa_headless_gal *Layer(RofaAppHandle Handle)
     return dynamic_cast<rofa_headless_gal *>(static_cast<graphical_system_abstraction_layer *>(Handle));
 }
 
-reference_pointer<rofa_placeholder_app> App(RofaAppHandle Handle)
+reference_pointer<rofa_app_instance> App(RofaAppHandle Handle)
 {
-    return Layer(Handle)->GetGlobalReference("rofa_app_instance").DynamicCast<rofa_placeholder_app>();
+    return Layer(Handle)->GetGlobalReference("rofa_app_instance").DynamicCast<rofa_app_instance>();
 }
 
 uint32_t Send(RofaAppHandle Handle, uint32_t Message, uint32_t WParam = 0, int32_t LParam = 0)
@@ -80,15 +80,17 @@ TEST(RofaExports, HandleIsTheHeadlessLayerForANullWindow)
 TEST(RofaExports, FirstTickRunsBeforeCreationReturnsAndTimerTicksDriveTheApp)
 {
     RofaAppHandle Handle = RofaAppCreateNewInstance_v2(64, 48, nullptr, nullptr, nullptr);
-    reference_pointer<rofa_placeholder_app> Instance = App(Handle);
+    reference_pointer<rofa_app_instance> Instance = App(Handle);
     ASSERT_TRUE(Instance.IsSet());
-    EXPECT_EQ(Instance->GetTickCount(), 1);
-    // The first tick comes before any timer message, with the layer's starting frame time.
-    EXPECT_EQ(Instance->GetLastFrameTime(), 0.001);
+    // The first tick, before any timer message, built the user interface for the window's size.
+    EXPECT_TRUE(Instance->IsGUIInitialized());
+    ASSERT_TRUE(Instance->GetTopObject().IsSet());
+    EXPECT_EQ(point2d(64, 48), Instance->GetTopObject()->GetSize());
+    // A timer message runs a tick: a redraw asked for in between is painted by it and no earlier.
+    Instance->GetTopObject()->RequestRedraw();
+    EXPECT_TRUE(Instance->GetTopObject()->IsDirty());
     EXPECT_EQ(Send(Handle, WM_TIMER), 0u);
-    EXPECT_EQ(Send(Handle, WM_TIMER), 0u);
-    EXPECT_EQ(Instance->GetTickCount(), 3);
-    EXPECT_EQ(Instance->GetLastFrameTime(), Layer(Handle)->GetFrameTime());
+    EXPECT_FALSE(Instance->GetTopObject()->IsDirty());
     RofaAppReleaseAppInstance_v2(Handle);
     EXPECT_FALSE(Instance.IsSet());
 }
@@ -120,9 +122,12 @@ TEST(RofaExports, ZeroSizedWindowGivesAValidHandleThatTakesASizeLater)
     RofaAppHandle Handle = RofaAppCreateNewInstance_v2(0, 0, nullptr, nullptr, nullptr);
     ASSERT_NE(Handle, nullptr);
     EXPECT_EQ(Layer(Handle)->GetWindowSize(), int_point2d(0, 0));
+    EXPECT_FALSE(App(Handle)->IsGUIInitialized());
     Send(Handle, WM_SIZE, 0, static_cast<int32_t>(MakeLong(300, 200)));
     EXPECT_EQ(Layer(Handle)->GetWindowSize(), int_point2d(300, 200));
-    EXPECT_EQ(App(Handle)->GetTickCount(), 2);
+    // The size message runs a tick, which finds the window with a size at last.
+    ASSERT_TRUE(App(Handle)->IsGUIInitialized());
+    EXPECT_EQ(point2d(300, 200), App(Handle)->GetTopObject()->GetSize());
     RofaAppReleaseAppInstance_v2(Handle);
 }
 
@@ -136,14 +141,16 @@ TEST(RofaExports, InstancesSideBySideKeepTheirOwnState)
 {
     RofaAppHandle First = RofaAppCreateNewInstance_v2(10, 10, nullptr, nullptr, "-rofaID=1");
     RofaAppHandle Second = RofaAppCreateNewInstance_v2(20, 20, nullptr, nullptr, "-rofaID=2");
+    App(First)->GetTopObject()->RequestRedraw();
+    App(Second)->GetTopObject()->RequestRedraw();
     Send(First, WM_TIMER);
-    EXPECT_EQ(App(First)->GetTickCount(), 2);
-    EXPECT_EQ(App(Second)->GetTickCount(), 1);
-    EXPECT_EQ(Layer(First)->GetEnvironmentVar("rofaid"), zel_string("1"));
-    EXPECT_EQ(Layer(Second)->GetEnvironmentVar("rofaid"), zel_string("2"));
+    EXPECT_FALSE(App(First)->GetTopObject()->IsDirty());
+    EXPECT_TRUE(App(Second)->GetTopObject()->IsDirty());
+    EXPECT_EQ(App(First)->GetRofaID(), zel_string("1"));
+    EXPECT_EQ(App(Second)->GetRofaID(), zel_string("2"));
     RofaAppReleaseAppInstance_v2(First);
     Send(Second, WM_TIMER);
-    EXPECT_EQ(App(Second)->GetTickCount(), 2);
+    EXPECT_FALSE(App(Second)->GetTopObject()->IsDirty());
     RofaAppReleaseAppInstance_v2(Second);
 }
 
