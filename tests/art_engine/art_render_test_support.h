@@ -132,6 +132,10 @@ struct presented
 class test_top_object : public art_top_object
 {
 public:
+    explicit test_top_object(ownership_pointer<art_human_input_set> InputSet = ownership_pointer<art_human_input_set>())
+        : art_top_object(InputSet)
+    {
+    }
     void PresentBitmap(int X, int Y, reference_pointer<art_bitmap> Bitmap) override
     {
         Presented.push_back({X, Y, Bitmap->GetSize(), Bitmap->GetFirstLine(), Bitmap->GetLineStride()});
