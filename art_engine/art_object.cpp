@@ -19,7 +19,8 @@ static bool DiffersBeyondTolerance(point2d A, point2d B)
 }
 
 art_object::art_object()
-    : Visible(true), MarkedForDeletion(false), LayoutValid(false), StackMode(StackModeNormal), Location(0, 0),
+    : Visible(true), MarkedForDeletion(false), MarkedBelow(false), LayoutValid(false), StackMode(StackModeNormal),
+      Location(0, 0),
       Size(50, 50), Handle(0.5, 0.5), Angle(0), Scale(1, 1), RedrawCount(0), RotationAngle(0), RotationCos(1),
       RotationSin(0), AspectRatio(1), HasAspectRatioField(false), LockMode(0), DroppedIn(false), DropInEnabled(false),
       Opacity(1)
@@ -33,8 +34,9 @@ art_object::art_object(reference_pointer<xbd_tag> Tag) : art_object()
 }
 
 art_object::art_object(const art_object &Other)
-    : base_object(Other), Visible(true), MarkedForDeletion(false), LayoutValid(false), StackMode(Other.StackMode),
-      Location(Other.Location), Size(Other.Size), Handle(Other.Handle), Angle(Other.Angle), Scale(Other.Scale),
+    : base_object(Other), Visible(true), MarkedForDeletion(false), MarkedBelow(false), LayoutValid(false),
+      StackMode(Other.StackMode), Location(Other.Location), Size(Other.Size), Handle(Other.Handle), Angle(Other.Angle),
+      Scale(Other.Scale),
       RedrawCount(0), AutoLayout(Other.AutoLayout->Duplicate()), Name(Other.Name), RotationAngle(Other.RotationAngle),
       RotationCos(Other.RotationCos), RotationSin(Other.RotationSin), AspectRatio(Other.AspectRatio),
       HasAspectRatioField(Other.HasAspectRatioField), LockMode(Other.LockMode), DroppedIn(Other.DroppedIn),
@@ -898,6 +900,21 @@ double art_object::GetCurrentTime()
 bool art_object::IsStencilled()
 {
     return Children.IsSet() && Children->HasStencilChild();
+}
+
+void art_object::MarkForDeletion()
+{
+    MarkedForDeletion = true;
+    if (Parent.IsSet())
+        Parent->NoteMarkBelow();
+}
+
+// A tick deletes through the whole tree; the flags let that walk pass over every part of the tree
+// where nothing is marked, so that an idle tick costs nothing for it.
+void art_object::NoteMarkBelow()
+{
+    for (art_object *Object = this; Object != nullptr && !Object->MarkedBelow; Object = Object->Parent.Get())
+        Object->MarkedBelow = true;
 }
 
 void art_object::MarkChildrenForDeletion()

@@ -185,7 +185,8 @@ public:
                                              reference_pointer<art_object> Start = reference_pointer<art_object>());
     reference_pointer<art_object> GetChildByName(const zel_string &ChildName);
     bool GetMarkedForDeletion() const { return MarkedForDeletion; }
-    void MarkForDeletion() { MarkedForDeletion = true; }
+    // The object goes at the next DeleteMarkedChildren of an object above it.
+    void MarkForDeletion();
     void MarkChildrenForDeletion();
     // Drops the capture that a held button set along the path below this object.
     void ReleasePointerCapture();
@@ -225,6 +226,8 @@ protected:
     void ComputeAspectRatio();
     void TellLayoutTheFrame();
     void InvalidateChildrenDependingOnParent(bool Width, bool Height);
+    // Tells this object and every one above it that a deletion waits below.
+    void NoteMarkBelow();
     // The children object sets the parent of every child it takes in.
     friend class art_object_children;
 
@@ -232,6 +235,8 @@ protected:
     // that a walk over a large tree touches few cache lines of each object.
     bool Visible;
     bool MarkedForDeletion;
+    // Some object below this one is marked for deletion: the deletion walk goes down here.
+    bool MarkedBelow;
     bool LayoutValid;
     art_stack_mode StackMode;
     point2d Location;

@@ -95,8 +95,9 @@ bool art_object::MoveChild(reference_pointer<art_object> Child, int Delta)
 
 void art_object::DeleteMarkedChildren()
 {
-    if (!Children.IsSet())
+    if (!Children.IsSet() || !MarkedBelow)
         return;
+    MarkedBelow = false;
     Children->DeleteMarkedChildren();
     DropChildrenIfEmpty();
 }
@@ -201,6 +202,8 @@ void art_object_children::Insert(int Index, ownership_pointer<art_object> Child)
         Children.Insert(Index, Child);
     StackModesChanged();
     Inserted->SetParent(Owner);
+    if (Inserted->MarkedForDeletion || Inserted->MarkedBelow)
+        Owner->NoteMarkBelow();
 }
 
 ownership_pointer<art_object> art_object_children::Take(int Index)

@@ -42,6 +42,13 @@ public:
         return true;
     }
 
+    // A benchmark's time in its own unit, or a negative number when it did not run.
+    double GetTime(const std::string &Name) const
+    {
+        auto Found = Times.find(Name);
+        return Found == Times.end() ? -1 : Found->second;
+    }
+
     // Time of one benchmark over another's, or a negative number when either did not run.
     double GetRatio(const std::string &Numerator, const std::string &Denominator) const
     {

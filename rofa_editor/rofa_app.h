@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "rofa_editor/art_gal_top_object.h"
+#include "rofa_editor/art_widgets.h"
 #include "rofa_editor/plugin_version.h"
 #include "rofa_editor/rofa_editor.h"
 #include "rofa_lib/rofa_app_interface.h"
@@ -11,8 +12,6 @@
 #include "zel_basics/lwpointers.h"
 #include "zel_basics/point2d.h"
 #include "zel_basics/zel_string.h"
-
-class art_button_action;
 
 // The application of one plug-in window. It reads the page's parameters, decides whether this
 // library may run, builds the user interface on the first tick that finds the window with a size,

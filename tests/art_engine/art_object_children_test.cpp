@@ -294,6 +294,38 @@ TEST(ArtObjectChildren, DeleteMarkedChildrenKeepsTheSurvivorsInOrderAtEveryDepth
     EXPECT_FALSE(A2.IsSet());
 }
 
+TEST(ArtObjectChildren, AMarkThreeLevelsDownIsFoundFromTheTop)
+{
+    art_object Top;
+    reference_pointer<art_object> Middle = AddBox(Top, "middle", point2d(), point2d(1, 1));
+    reference_pointer<art_object> Lower = AddBox(*Middle, "lower", point2d(), point2d(1, 1));
+    reference_pointer<art_object> Deep = AddBox(*Lower, "deep", point2d(), point2d(1, 1));
+    AddBox(*Lower, "kept", point2d(), point2d(1, 1));
+    Top.DeleteMarkedChildren();
+    EXPECT_TRUE(Deep.IsSet());
+    Deep->MarkForDeletion();
+    Top.DeleteMarkedChildren();
+    EXPECT_FALSE(Deep.IsSet());
+    EXPECT_EQ((std::vector<std::string>{"kept"}), Names(*Lower));
+}
+
+TEST(ArtObjectChildren, AnObjectMarkedBeforeItJoinsGoesAtTheNextDeletion)
+{
+    art_object Top;
+    reference_pointer<art_object> Middle = AddBox(Top, "middle", point2d(), point2d(1, 1));
+    ownership_pointer<art_object> Group(new art_object);
+    reference_pointer<art_object> Marked = AddBox(*Group, "marked", point2d(), point2d(1, 1));
+    Marked->MarkForDeletion();
+    Middle->AddChild(Group);
+    ownership_pointer<art_object> Lone(new art_object);
+    Lone->MarkForDeletion();
+    reference_pointer<art_object> LoneJoined = Middle->AddChild(Lone);
+    Top.DeleteMarkedChildren();
+    EXPECT_FALSE(Marked.IsSet());
+    EXPECT_FALSE(LoneJoined.IsSet());
+    EXPECT_EQ(1, Middle->GetNumberOfChildren());
+}
+
 TEST(ArtObjectChildren, DeletingEveryChildDropsTheChildrenObject)
 {
     art_object Parent;
