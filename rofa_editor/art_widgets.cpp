@@ -6,6 +6,7 @@
 
 #include "art_engine/art_bitmap.h"
 #include "art_engine/art_events.h"
+#include "art_engine/art_layout.h"
 #include "art_engine/art_top_object.h"
 #include "rofa_lib/keyboard.h"
 #include "zel_basics/debug.h"
@@ -98,8 +99,8 @@ zel_string art_button_action::GetToolTip() { return zel_string(); }
 art_button::art_button(zel_string Caption) : State(ButtonNormal), Caption(Caption)
 {
     Name = Caption;
-    Handle = point2d(0, 0);
-    Size = ButtonSize;
+    SetHandle(point2d(0, 0));
+    SetSize(ButtonSize);
 }
 
 void art_button::SetAction(ownership_pointer<art_button_action> NewAction) { Action = NewAction; }
@@ -181,7 +182,14 @@ art_message_box::art_message_box(zel_string Title, zel_string Text, ownership_po
     : Title(Title), Text(Text)
 {
     Name = "MessageBox";
-    Handle = point2d(0, 0);
+    SetHandle(point2d(0, 0));
+    // Over the whole parent, whatever size the parent takes later.
+    reference_pointer<art_floating_autolayout> Floating = GetLayout().DynamicCast<art_floating_autolayout>();
+    Floating->SetMode(7, 7);
+    for (art_relativizer *Axis : {&Floating->GetH(), &Floating->GetV()}) {
+        Axis->RelVals[0] = 0;
+        Axis->RelVals[1] = 1;
+    }
     reference_pointer<art_message_box> Self(this);
     OkayButton = AddButton("Okay", ownership_pointer<art_button_action>(new art_message_box_answer(Self, OkayAction)));
     if (CancelAction.IsSet())
@@ -205,19 +213,9 @@ reference_pointer<art_message_box> art_message_box::Show(reference_pointer<art_o
     TOVAS_ASSERT(Parent.IsSet(), nullptr);
     ownership_pointer<art_message_box> Box(new art_message_box(Title, Text, OkayAction, CancelAction));
     reference_pointer<art_message_box> Shown(Box.Get());
-    Shown->SetSize(Parent->GetSize());
-    Shown->SetLocation(point2d(0, 0));
     Parent->AddChild(ownership_pointer<art_object>(Box));
-    // The buttons sit at the panel's lower right, from the right edge leftward.
-    rectangle Panel = Shown->GetPanel();
-    int Slot = 0;
-    for (reference_pointer<art_button> Button : {Shown->CancelButton, Shown->OkayButton}) {
-        if (!Button.IsSet())
-            continue;
-        point2d End = Panel.GetEnd();
-        Button->SetLocation(point2d(End.X - (ButtonMargin + ButtonSize.X) * (Slot + 1), End.Y - ButtonMargin - ButtonSize.Y));
-        Slot++;
-    }
+    // Sized to the parent at once, so that it stands as it will be drawn.
+    Shown->Layout();
     reference_pointer<art_top_object> Top = Shown->GetTopObject();
     if (Top.IsSet()) {
         reference_pointer<art_human_input_set> InputSet = Top->GetInputSet();
@@ -248,6 +246,22 @@ void art_message_box::Close()
 reference_pointer<art_button_action> art_message_box::GetOkayAction() const { return AnswerOf(OkayButton); }
 
 reference_pointer<art_button_action> art_message_box::GetCancelAction() const { return AnswerOf(CancelButton); }
+
+bool art_message_box::Layout()
+{
+    bool Changed = art_object::Layout();
+    // The buttons sit at the panel's lower right, from the right edge leftward.
+    point2d PanelEnd = GetPanel().GetEnd();
+    int Slot = 0;
+    for (reference_pointer<art_button> Button : {CancelButton, OkayButton}) {
+        if (!Button.IsSet())
+            continue;
+        Slot++;
+        Button->SetLocation(point2d(PanelEnd.X - (ButtonMargin + ButtonSize.X) * Slot,
+                                    PanelEnd.Y - ButtonMargin - ButtonSize.Y));
+    }
+    return Changed;
+}
 
 rectangle art_message_box::GetPanel() const
 {

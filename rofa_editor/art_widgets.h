@@ -86,6 +86,8 @@ public:
     reference_pointer<art_button_action> GetOkayAction() const;
     reference_pointer<art_button_action> GetCancelAction() const;
 
+    // Over the whole parent, with the panel in the middle and the buttons on its last row.
+    bool Layout() override;
     bool IsPointInside(const point2d &Point) override;
     reference_pointer<art_object> HandlePointerEvent(reference_pointer<art_pointer_event> PointerEvent) override;
     // Return answers "Okay", Escape "Cancel" where there is one; every key is taken.

@@ -146,7 +146,7 @@ void rofa_app_instance::FollowWindowSize()
     if (static_cast<int32_t>(TopSize.X) == WindowSize.X && static_cast<int32_t>(TopSize.Y) == WindowSize.Y)
         return;
     TopObject->SetSize(point2d(WindowSize.X, WindowSize.Y));
-    TopObject->ChildrenLayoutChanged();
+    TopObject->InvalidateLayout();
     TopObject->RequestRedraw();
 }
 

@@ -283,6 +283,25 @@ TEST(RofaApp, AFailureWithNoEditorLeavesRun)
     EXPECT_NE(std::string::npos, Message.find("'IsSet()' is false"));
 }
 
+TEST(RofaApp, AnAlertFollowsTheWindowsSize)
+{
+    app_scene Scene(parameters{{"recommended_plugin_version", "0.6.0"}}, 640, 480);
+    Scene.Tick();
+    ASSERT_EQ(1u, Scene.Boxes().size());
+    reference_pointer<art_message_box> Box = Scene.Boxes()[0];
+    EXPECT_EQ(point2d(640, 480), Box->GetSize());
+    Scene.Send(WM_SIZE, 0, static_cast<int32_t>(MakeLong(800, 600)));
+    EXPECT_EQ(point2d(800, 600), Scene.Top()->GetSize());
+    EXPECT_EQ(point2d(800, 600), Box->GetSize());
+    EXPECT_EQ(point2d(0, 0), Box->GetLocation());
+    // The panel stays in the middle, and the button on its last row.
+    rectangle Panel = Box->GetPanel();
+    EXPECT_EQ(point2d(220, 220), Panel.Location);
+    reference_pointer<art_button> Okay = Box->GetOkayButton();
+    EXPECT_EQ(Panel.GetEnd().Y - 12, Okay->GetLocation().Y + Okay->GetSize().Y);
+    EXPECT_EQ(Panel.GetEnd().X - 12, Okay->GetLocation().X + Okay->GetSize().X);
+}
+
 TEST(RofaApp, WindowResizeResizesTheTopObjectAndRedrawsAll)
 {
     app_scene Scene;
