@@ -87,8 +87,9 @@ void BM_IdleTick(benchmark::State &State)
 }
 BENCHMARK(BM_IdleTick)->Unit(benchmark::kMicrosecond);
 
-// 100,000 moves to alternating places over the grid, each followed by a tick that routes it.
-void BM_MouseMovesWithTicks(benchmark::State &State)
+// 100,000 moves to scattered places over the grid, each followed by a tick that routes it, or
+// with no tick between them: the message path alone.
+void SendMoves(benchmark::State &State, bool TickAfterEach)
 {
     app_scene Scene;
     for (auto _ : State) {
@@ -96,24 +97,16 @@ void BM_MouseMovesWithTicks(benchmark::State &State)
             uint16_t X = static_cast<uint16_t>((I * 37) % 1280);
             uint16_t Y = static_cast<uint16_t>((I * 53) % 800);
             Scene.Send(WM_MOUSEMOVE, 0, static_cast<int32_t>(MakeLong(X, Y)));
-            Scene.Tick();
+            if (TickAfterEach)
+                Scene.Tick();
         }
     }
 }
+
+void BM_MouseMovesWithTicks(benchmark::State &State) { SendMoves(State, true); }
 BENCHMARK(BM_MouseMovesWithTicks)->Unit(benchmark::kMillisecond);
 
-// The same moves with no tick between them: the message path alone.
-void BM_MouseMovesOnly(benchmark::State &State)
-{
-    app_scene Scene;
-    for (auto _ : State) {
-        for (int I = 0; I < MovesPerRun; I++) {
-            uint16_t X = static_cast<uint16_t>((I * 37) % 1280);
-            uint16_t Y = static_cast<uint16_t>((I * 53) % 800);
-            Scene.Send(WM_MOUSEMOVE, 0, static_cast<int32_t>(MakeLong(X, Y)));
-        }
-    }
-}
+void BM_MouseMovesOnly(benchmark::State &State) { SendMoves(State, false); }
 BENCHMARK(BM_MouseMovesOnly)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,10 +1,6 @@
 #include "rofa_editor/art_widgets.h"
 
-#include <agg_rasterizer_scanline_aa.h>
-#include <agg_renderer_scanline.h>
-#include <agg_scanline_u.h>
-
-#include "art_engine/art_bitmap.h"
+#include "art_engine/art_solid_box.h"
 #include "art_engine/art_events.h"
 #include "art_engine/art_layout.h"
 #include "art_engine/art_top_object.h"
@@ -24,28 +20,6 @@ const agg::rgba8 PanelColor(232, 232, 232, 255);
 const agg::rgba8 TitleBarColor(58, 88, 140, 255);
 const agg::rgba8 ButtonColors[] = {agg::rgba8(200, 200, 200, 255), agg::rgba8(215, 225, 245, 255),
                                    agg::rgba8(150, 165, 200, 255)};
-
-// Fills Box of an object's space, mapped to the target by Matrix, with one colour.
-void FillBox(reference_pointer<bitmap_interface> Target, const agg::trans_affine &Matrix, const rectangle &Box,
-             const agg::rgba8 &Color)
-{
-    TOVAS_ASSERT(Target->IsArtBitmap(), Target.Get());
-    point2d End = Box.GetEnd();
-    double Xs[4] = {Box.Location.X, End.X, End.X, Box.Location.X};
-    double Ys[4] = {Box.Location.Y, Box.Location.Y, End.Y, End.Y};
-    agg::rasterizer_scanline_aa<> Rasterizer;
-    for (int I = 0; I < 4; I++) {
-        Matrix.transform(&Xs[I], &Ys[I]);
-        if (I == 0)
-            Rasterizer.move_to_d(Xs[I], Ys[I]);
-        else
-            Rasterizer.line_to_d(Xs[I], Ys[I]);
-    }
-    art_bitmap *Bitmap = static_cast<art_bitmap *>(Target.Get());
-    agg::scanline_u8 Scanline;
-    Bitmap->GetSolidRenderer().color(Color);
-    agg::render_scanlines(Rasterizer, Scanline, Bitmap->GetSolidRenderer());
-}
 
 bool IsInside(const point2d &Point, const point2d &Size)
 {
@@ -172,7 +146,7 @@ void art_button::Draw(reference_pointer<bitmap_interface> Target, reference_poin
 {
     agg::trans_affine Frame = GetObjectToParent();
     Frame.multiply(Matrix);
-    FillBox(Target, Frame, rectangle(point2d(0, 0), Size), ButtonColors[State]);
+    FillSolidBox(Target, Frame, rectangle(point2d(0, 0), Size), ButtonColors[State]);
 }
 
 // ---- art_message_box ----
@@ -296,9 +270,9 @@ void art_message_box::Draw(reference_pointer<bitmap_interface> Target, reference
 {
     agg::trans_affine Frame = GetObjectToParent();
     Frame.multiply(Matrix);
-    FillBox(Target, Frame, rectangle(point2d(0, 0), Size), VeilColor);
+    FillSolidBox(Target, Frame, rectangle(point2d(0, 0), Size), VeilColor);
     rectangle Panel = GetPanel();
-    FillBox(Target, Frame, Panel, PanelColor);
-    FillBox(Target, Frame, rectangle(Panel.Location, point2d(Panel.Size.X, TitleBarHeight)), TitleBarColor);
+    FillSolidBox(Target, Frame, Panel, PanelColor);
+    FillSolidBox(Target, Frame, rectangle(Panel.Location, point2d(Panel.Size.X, TitleBarHeight)), TitleBarColor);
     art_object::Draw(Target, Backdrop, Matrix, Cache);
 }

@@ -71,6 +71,15 @@ struct widget_scene
         return Button->GetLocation() + point2d(Button->GetSize().X / 2, Button->GetSize().Y / 2);
     }
 
+    // A logging button with a logging action, at (10, 10) of the top object.
+    reference_pointer<art_button> AddLoggingButton(std::vector<std::string> &Log)
+    {
+        ownership_pointer<art_button> Owned(new logging_button(Log));
+        Owned->SetAction(Logging(Log, "Action"));
+        Owned->SetLocation(point2d(10, 10));
+        return Top.AddChild(ownership_pointer<art_object>(Owned)).DynamicCast<art_button>();
+    }
+
     reference_pointer<art_object> Key(int Entry)
     {
         art_key_event Event(Entry);
@@ -82,32 +91,26 @@ TEST(ArtButton, ReleaseInsideRunsOnClickAndThenTheAction)
 {
     widget_scene Scene;
     std::vector<std::string> Log;
-    ownership_pointer<art_button> Owned(new logging_button(Log));
-    Owned->SetAction(Logging(Log, "Action"));
-    Owned->SetLocation(point2d(10, 10));
-    reference_pointer<art_object> Button = Scene.Top.AddChild(ownership_pointer<art_object>(Owned));
+    reference_pointer<art_button> Button = Scene.AddLoggingButton(Log);
     point2d Inside(20, 15);
-    EXPECT_EQ(Button, Scene.Press(Inside, art_pointer_event::PointerButtonDown));
-    EXPECT_EQ(art_button::ButtonPressed, Button.DynamicCast<art_button>()->GetState());
+    EXPECT_EQ(reference_pointer<art_object>(Button.Get()), Scene.Press(Inside, art_pointer_event::PointerButtonDown));
+    EXPECT_EQ(art_button::ButtonPressed, Button->GetState());
     EXPECT_TRUE(Log.empty());
     Scene.Press(Inside, art_pointer_event::PointerButtonUp);
     EXPECT_EQ((std::vector<std::string>{"OnClick", "Action"}), Log);
-    EXPECT_EQ(art_button::ButtonHover, Button.DynamicCast<art_button>()->GetState());
+    EXPECT_EQ(art_button::ButtonHover, Button->GetState());
 }
 
 TEST(ArtButton, ReleaseOutsideRunsNothing)
 {
     widget_scene Scene;
     std::vector<std::string> Log;
-    ownership_pointer<art_button> Owned(new logging_button(Log));
-    Owned->SetAction(Logging(Log, "Action"));
-    Owned->SetLocation(point2d(10, 10));
-    reference_pointer<art_object> Button = Scene.Top.AddChild(ownership_pointer<art_object>(Owned));
+    reference_pointer<art_button> Button = Scene.AddLoggingButton(Log);
     Scene.Press(point2d(20, 15), art_pointer_event::PointerButtonDown);
     // The press captured the pointer, so the release comes to the button even far away.
     Scene.Press(point2d(200, 200), art_pointer_event::PointerButtonUp);
     EXPECT_TRUE(Log.empty());
-    EXPECT_EQ(art_button::ButtonNormal, Button.DynamicCast<art_button>()->GetState());
+    EXPECT_EQ(art_button::ButtonNormal, Button->GetState());
 }
 
 TEST(ArtMessageBox, WithoutACancelActionThereIsOnlyOkay)
