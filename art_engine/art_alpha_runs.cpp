@@ -9,12 +9,9 @@ art_alpha_runs::run_kind KindOf(const agg::rgba8 &Pixel)
 
 } // namespace
 
-art_alpha_runs::art_alpha_runs()
-{
-    Bands.Add(band{0, 0});
-}
+art_alpha_runs::art_alpha_runs() : LastBand(-1) {}
 
-art_alpha_runs::art_alpha_runs(art_bitmap &Picture) : Size(Picture.GetSize())
+art_alpha_runs::art_alpha_runs(art_bitmap &Picture) : Size(Picture.GetSize()), LastBand(-1)
 {
     array<uint32_t> RowRuns;
     for (int32_t Y = 0; Y < Size.Y; Y++) {
@@ -28,13 +25,15 @@ art_alpha_runs::art_alpha_runs(art_bitmap &Picture) : Size(Picture.GetSize())
             AddRun(RowRuns, End - X < ShortestRun ? Mixed : Kind, End - X);
             X = End;
         }
-        if (Y > 0 && RepeatsLastBand(RowRuns))
+        if (LastBand >= 0 && RepeatsLastBand(RowRuns)) {
+            Codes[LastBand]++;
             continue;
-        Bands.Add(band{Y, Runs.GetNumberOfElements()});
+        }
+        LastBand = Codes.Add(1);
+        Codes.Add(uint32_t(RowRuns.GetNumberOfElements()));
         for (int I = 0; I < RowRuns.GetNumberOfElements(); I++)
-            Runs.Add(RowRuns[I]);
+            Codes.Add(RowRuns[I]);
     }
-    Bands.Add(band{Size.Y, Runs.GetNumberOfElements()});
 }
 
 void art_alpha_runs::AddRun(array<uint32_t> &RowRuns, run_kind Kind, int32_t Length)
@@ -48,11 +47,10 @@ void art_alpha_runs::AddRun(array<uint32_t> &RowRuns, run_kind Kind, int32_t Len
 
 bool art_alpha_runs::RepeatsLastBand(const array<uint32_t> &RowRuns) const
 {
-    int32_t First = Bands[Bands.GetNumberOfElements() - 1].FirstRun;
-    if (Runs.GetNumberOfElements() - First != RowRuns.GetNumberOfElements())
+    if (Codes[LastBand + 1] != uint32_t(RowRuns.GetNumberOfElements()))
         return false;
     for (int I = 0; I < RowRuns.GetNumberOfElements(); I++) {
-        if (Runs[First + I] != RowRuns[I])
+        if (Codes[LastBand + 2 + I] != RowRuns[I])
             return false;
     }
     return true;

@@ -24,9 +24,10 @@ public:
         Mixed
     };
 
-    // Shorter stretches of one kind count as mixed: the blend kernels treat them as fast as a
-    // separate call would, and a picture with noise in its alpha would otherwise be all calls.
-    static const int32_t ShortestRun = 8;
+    // Shorter stretches of one kind count as mixed and go to the blend kernel with their
+    // neighbours, which gives them the same bytes: a picture with noise in its alpha would
+    // otherwise be nothing but runs of a pixel or two, each a call of its own.
+    static const int32_t ShortestRun = 4;
 
     art_alpha_runs();
     explicit art_alpha_runs(art_bitmap &Picture);
@@ -41,24 +42,25 @@ public:
     template <class RunFunction>
     void ForEachRun(int32_t Top, int32_t Bottom, int32_t Start, int32_t End, RunFunction Function) const
     {
-        const uint32_t *AllRuns = Runs.GetData();
-        const band *Band = Bands.GetData();
-        while (Band[1].FirstRow <= Top)
-            Band++;
-        for (; Band->FirstRow < Bottom; Band++) {
-            int32_t BandTop = Band->FirstRow > Top ? Band->FirstRow : Top;
-            int32_t BandBottom = Band[1].FirstRow < Bottom ? Band[1].FirstRow : Bottom;
-            int32_t X = 0;
-            for (int32_t I = Band->FirstRun; I < Band[1].FirstRun && X < End; I++) {
-                int32_t RunEnd = X + static_cast<int32_t>(AllRuns[I] >> KindBits);
+        const uint32_t *Code = Codes.GetData();
+        const uint32_t *CodesEnd = Code + Codes.GetNumberOfElements();
+        for (int32_t BandTop = 0; Code < CodesEnd && BandTop < Bottom;) {
+            int32_t BandBottom = BandTop + static_cast<int32_t>(Code[0]);
+            const uint32_t *Run = Code + 2;
+            const uint32_t *BandEnd = Run + Code[1];
+            int32_t RowsTop = BandTop > Top ? BandTop : Top;
+            int32_t RowsBottom = BandBottom < Bottom ? BandBottom : Bottom;
+            for (int32_t X = 0; RowsTop < RowsBottom && Run < BandEnd && X < End; Run++) {
+                int32_t RunEnd = X + static_cast<int32_t>(*Run >> KindBits);
                 if (RunEnd > Start) {
                     int32_t From = X > Start ? X : Start;
                     int32_t To = RunEnd < End ? RunEnd : End;
-                    Function(static_cast<run_kind>(AllRuns[I] & KindMask), BandTop, BandBottom - BandTop, From,
-                             To - From);
+                    Function(static_cast<run_kind>(*Run & KindMask), RowsTop, RowsBottom - RowsTop, From, To - From);
                 }
                 X = RunEnd;
             }
+            Code = BandEnd;
+            BandTop = BandBottom;
         }
     }
 
@@ -66,21 +68,15 @@ private:
     static const uint32_t KindBits = 2;
     static const uint32_t KindMask = (1u << KindBits) - 1;
 
-    struct band
-    {
-        int32_t FirstRow;
-        // The index of the band's first run in Runs.
-        int32_t FirstRun;
-    };
-
     static void AddRun(array<uint32_t> &RowRuns, run_kind Kind, int32_t Length);
     bool RepeatsLastBand(const array<uint32_t> &RowRuns) const;
 
     int_point2d Size;
-    // Each run is its length shifted left by KindBits, or'ed with its kind; a band's runs cover its
-    // rows from left to right, and no two neighbours in a band are of the same kind.
-    array<uint32_t> Runs;
-    // From the top; the last one starts at the row below the picture, at the end of Runs, and has
-    // no rows.
-    array<band> Bands;
+    // The bands from the top, one after the other, in one block that a composite reads from start
+    // to end: each is its number of rows, its number of runs, then the runs. Each run is its length
+    // shifted left by KindBits, or'ed with its kind; a band's runs cover its rows from left to
+    // right, and no two neighbours in a band are of the same kind.
+    array<uint32_t> Codes;
+    // Where the last band starts in Codes.
+    int32_t LastBand;
 };

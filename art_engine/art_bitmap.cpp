@@ -189,6 +189,7 @@ void art_bitmap::BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Sou
                                  uint8_t Opacity, const art_alpha_runs *SourceRuns)
 {
     art_bitmap *SourceBitmap = Source.operator->();
+    // Source and target rectangles with their far ends exclusive, as AGG's clipping takes them.
     agg::rect_i From(0, 0, SourceBitmap->Size.X, SourceBitmap->Size.Y);
     if (SourceArea != nullptr)
         From = agg::rect_i(SourceArea->x1, SourceArea->y1, SourceArea->x2 + 1, SourceArea->y2 + 1);
@@ -206,7 +207,8 @@ void art_bitmap::BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Sou
             [&](art_alpha_runs::run_kind Kind, int32_t Top, int32_t Rows, int32_t Start, int32_t Length) {
                 if (Kind == art_alpha_runs::Transparent)
                     return;
-                uint8_t *Target = Data + ptrdiff_t(To.y1 + Top - From.y1) * Stride + ptrdiff_t(To.x1 + Start - From.x1) * 4;
+                uint8_t *Target =
+                    Data + ptrdiff_t(To.y1 + Top - From.y1) * Stride + ptrdiff_t(To.x1 + Start - From.x1) * 4;
                 const uint8_t *Colors = SourceBitmap->Data + ptrdiff_t(Top) * SourceStride + ptrdiff_t(Start) * 4;
                 bool Copy = Kind == art_alpha_runs::Opaque && Opacity == 255;
                 for (int32_t Row = 0; Row < Rows; Row++, Target += Stride, Colors += SourceStride) {

@@ -8,6 +8,7 @@
 #include <agg_rendering_buffer.h>
 
 #include "art_engine/art_comp_op.h"
+#include "art_engine/art_path.h"
 #include "art_engine/art_pixfmt_rgba.h"
 #include "rofa_lib/bitmap_interface.h"
 #include "zel_basics/array.h"
@@ -103,6 +104,25 @@ public:
     // for "-stencil", each at the layer's own alpha. Other stack modes keep their colours.
     void ColorizeStencilLayer(int StackMode);
 
+    // Scan conversion. Colours are straight here and premultiplied on the way in; paths are in
+    // object units, Matrix maps them to this bitmap's pixels, and Scale is the detail that curves,
+    // arcs and joins are flattened to (GetMatrixMaxScale of the matrix for shapes). Everything is
+    // clipped to the bitmap.
+
+    // Fills a path given in pixels, curves flattened at scale 1, non-zero.
+    void FillPathPlain(art_path &Path, agg::rgba8 Color);
+    void FillRectangle(double X, double Y, double W, double H, agg::rgba8 Color);
+    void FillPath(art_path &Path, agg::rgba8 Color, const agg::trans_affine &Matrix, bool EvenOdd, double Scale);
+    // Width is in object units; inside and outside outlines lie wholly on their side of the path.
+    void StrokePath(art_path &Path, agg::rgba8 Color, double Width, const agg::trans_affine &Matrix,
+                    art_outline_mode OutlineMode, int JoinType, int CapType, double MiterLimit, double Scale);
+    // DashLength and DashOffset are fractions of DashCycle, clamped: the length to 1e-6 .. 1, the
+    // offset to 0 .. 1.
+    void StrokeDashedPath(art_path &Path, agg::rgba8 Color, double Width, double DashLength, double DashCycle,
+                          double DashOffset, const agg::trans_affine &Matrix, int JoinType, int CapType,
+                          double MiterLimit, double Scale);
+    void StrokeEllipse(double X, double Y, double RX, double RY, double Scale, agg::rgba8 Color, double Width);
+
     agg::rendering_buffer &GetRenderingBuffer() { return RenderingBuffer; }
     art_pixfmt_rgba &GetPixelFormat() { return PixelFormat; }
     art_renderer_base &GetBaseRenderer() { return BaseRenderer; }
@@ -119,7 +139,8 @@ private:
     // SourceRuns may be null.
     void BlendBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
                          uint8_t Opacity, const art_alpha_runs *SourceRuns);
-    // Whether any byte of a pixel of Other lies within the rows of this bitmap.
+    // Whether the stores of the two meet anywhere from first pixel to last; the gaps between the
+    // rows of a view count, which errs on the safe side.
     bool SharesMemoryWith(const art_bitmap &Other) const;
     void CompositeBitmapArea(int X, int Y, reference_pointer<art_bitmap> Source, const agg::rect_i *SourceArea,
                              uint8_t Opacity, art_comp_op Operation);

@@ -19,6 +19,8 @@ art_cached_bitmap::art_cached_bitmap(ownership_pointer<art_bitmap> Bitmap, refer
                                      double Cost)
     : Bitmap(Bitmap), Owner(Owner), Hits(0), Age(0), Cost(Cost)
 {
+    int_point2d Size = this->Bitmap->GetSize();
+    AgeLimit = (Size.X * Size.Y) / 1000 + 100;
 }
 
 art_object_cached_bitmap::art_object_cached_bitmap(ownership_pointer<art_bitmap> Bitmap,
@@ -26,7 +28,7 @@ art_object_cached_bitmap::art_object_cached_bitmap(ownership_pointer<art_bitmap>
                                                    int32_t RedrawCount, const int_rectangle &Window,
                                                    const agg::trans_affine &Matrix)
     : art_cached_bitmap(Bitmap, Owner, Cost), RedrawCount(RedrawCount), Window(Window), Origin(Matrix.tx, Matrix.ty),
-      AlphaRuns(*this->Bitmap)
+      AlphaRunsMeasured(false)
 {
     double X = 1;
     double Y = 1;
@@ -53,6 +55,15 @@ bool art_object_cached_bitmap::Fits(int32_t CurrentRedrawCount, const agg::trans
     // The difference runs from the current origin to the cached one; the window moves the other way.
     WholeShift = int_point2d(-static_cast<int32_t>(Whole.X), -static_cast<int32_t>(Whole.Y));
     return true;
+}
+
+const art_alpha_runs &art_object_cached_bitmap::GetAlphaRuns()
+{
+    if (!AlphaRunsMeasured) {
+        AlphaRuns = art_alpha_runs(*Bitmap);
+        AlphaRunsMeasured = true;
+    }
+    return AlphaRuns;
 }
 
 art_cache::art_cache() {}
@@ -94,9 +105,7 @@ void art_cache::Clean()
     array<int32_t> KeysToDelete;
     for (zel_int_hash_map_iterator<ownership_pointer<art_cached_bitmap>> I(ArtCache); I.NotDone(); I.Next()) {
         art_cached_bitmap *Entry = I.Current().Get();
-        int_point2d Size = Entry->GetBitmap()->GetSize();
-        int32_t AgeLimit = (Size.X * Size.Y) / 1000 + 100;
-        if (!Entry->GetOwner().IsSet() || Entry->GetAge() > AgeLimit)
+        if (!Entry->GetOwner().IsSet() || Entry->GetAge() > Entry->GetAgeLimit())
             KeysToDelete.Add(I.GetKey());
     }
     // The keys are gathered first, so that the map does not change under its own walk.

@@ -26,6 +26,10 @@ public:
     int32_t GetHits() const { return Hits; }
     int32_t GetAge() const { return Age; }
     double GetCost() const { return Cost; }
+    // How many unused frames the entry outlives: more for a larger picture, which costs more to
+    // make again. Fixed with the picture, which keeps its size while the entry holds it, so that
+    // the walk of Clean need not visit every picture.
+    int32_t GetAgeLimit() const { return AgeLimit; }
     void AddAge() { Age++; }
     void CountHit()
     {
@@ -38,6 +42,7 @@ protected:
     reference_pointer<art_object> Owner;
     int32_t Hits;
     int32_t Age;
+    int32_t AgeLimit;
     // Seconds spent rendering, for inspection; eviction ignores it.
     double Cost;
 };
@@ -54,9 +59,9 @@ public:
     const int_rectangle &GetWindow() const { return Window; }
     point2d GetOrigin() const { return Origin; }
     point2d GetFarCorner() const { return FarCorner; }
-    // Measured once here, since the picture does not change while the entry lives, and then used on
-    // every hit.
-    const art_alpha_runs &GetAlphaRuns() const { return AlphaRuns; }
+    // Measured at the first call, which comes with the first hit: the picture does not change while
+    // the entry lives, and an entry that never serves costs nothing.
+    const art_alpha_runs &GetAlphaRuns();
 
     // Whether the picture still serves an object of this Size and RedrawCount under Matrix: the
     // same content, and a matrix that differs by a move of whole pixels, both to 1/256 of a pixel.
@@ -69,6 +74,7 @@ private:
     int_rectangle Window;
     point2d Origin;
     point2d FarCorner;
+    bool AlphaRunsMeasured;
     art_alpha_runs AlphaRuns;
 };
 

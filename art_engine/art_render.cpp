@@ -129,14 +129,12 @@ void art_object::Draw(reference_pointer<bitmap_interface> Target, reference_poin
         double Cost = SALGetTime() - Start;
         Picture = Rendered;
         PictureLocation = ClippingWindow.Location;
-        if (Cache.IsSet()) {
-            ownership_pointer<art_object_cached_bitmap> NewEntry(
-                new art_object_cached_bitmap(Rendered, this, Cost, RedrawCount, ClippingWindow, ObjectMatrix));
-            Entry = NewEntry.Get();
-            Cache->SetCachedBitmap(this, NewEntry);
-        }
+        if (Cache.IsSet())
+            Cache->SetCachedBitmap(this, ownership_pointer<art_cached_bitmap>(new art_object_cached_bitmap(
+                                             Rendered, this, Cost, RedrawCount, ClippingWindow, ObjectMatrix)));
     }
     int_rectangle Part(ClippingWindow.Location - PictureLocation, ClippingWindow.Size);
+    // A cached picture is composed again and again, so it pays to know where it is opaque.
     if (Entry.IsSet())
         TargetBitmap->BlendBitmap(ClippingWindow.Location.X, ClippingWindow.Location.Y, Picture, Part, OpacityByte,
                                   Entry->GetAlphaRuns());

@@ -8,6 +8,7 @@
 #include <agg_renderer_scanline.h>
 #include <agg_scanline_p.h>
 
+#include "art_engine/art_alpha_runs.h"
 #include "art_engine/art_bitmap.h"
 #include "art_engine/art_blend.h"
 #include "tests/art_engine/art_pixel_test_support.h"
@@ -125,6 +126,28 @@ void FillRuns(art_bitmap &Bitmap, std::mt19937 &Random)
             }
         }
     }
+}
+
+// As FillRuns, but most rows take the alpha of the row above with colours of their own, so that
+// runs of alpha reach down over several rows.
+void FillBandedRuns(art_bitmap &Bitmap, std::mt19937 &Random)
+{
+    FillRuns(Bitmap, Random);
+    for (int Y = 1; Y < Bitmap.GetSize().Y; Y++) {
+        if (Random() % 3 == 0)
+            continue;
+        for (int X = 0; X < Bitmap.GetSize().X; X++)
+            Bitmap.GetPixelRow(Y)[X].a = Bitmap.GetPixelRow(Y - 1)[X].a;
+    }
+}
+
+// The pixels of any bitmap, a view too, row after row.
+std::vector<agg::rgba8> RowsOf(art_bitmap &Bitmap)
+{
+    std::vector<agg::rgba8> Pixels;
+    for (int Y = 0; Y < Bitmap.GetSize().Y; Y++)
+        Pixels.insert(Pixels.end(), Bitmap.GetPixelRow(Y), Bitmap.GetPixelRow(Y) + Bitmap.GetSize().X);
+    return Pixels;
 }
 
 } // namespace
@@ -558,4 +581,130 @@ TEST(ArtBitmap, BlendBitmapOfOneRowOntoItselfShiftedRight)
     EXPECT_EQ(PixelText(Pixel(0, 0, 0, 128)), PixelText(Bitmap.GetPixelRow(0)[0]));
     EXPECT_EQ(PixelText(Pixel(49, 0, 0, 255)), PixelText(Bitmap.GetPixelRow(0)[1]));
     EXPECT_EQ(PixelText(Pixel(100, 0, 0, 255)), PixelText(Bitmap.GetPixelRow(0)[2]));
+}
+
+TEST_P(ArtBitmapRectangles, BlendWithAlphaRunsGivesThePlainBytes)
+{
+    // Pictures with opaque, transparent and partial runs, several rows deep, clipped at every side,
+    // at full and partial opacity: skipping and copying by the runs gives the bytes of the rule.
+    std::mt19937 Random(8642);
+    const int_point2d TargetSize(50, 14);
+    for (int Round = 0; Round < 2000; Round++) {
+        int_point2d SourceSize(1 + int(Random() % 40), 1 + int(Random() % 10));
+        art_bitmap Target(TargetSize.X, TargetSize.Y);
+        art_bitmap Source(SourceSize.X, SourceSize.Y);
+        FillRandom(Target, Random);
+        FillBandedRuns(Source, Random);
+        art_alpha_runs Runs(Source);
+        int X = int(Random() % 70) - 15;
+        int Y = int(Random() % 20) - 4;
+        int_rectangle Rectangle(int_point2d(0, 0), SourceSize);
+        if (Random() % 4 != 0)
+            Rectangle = int_rectangle(int_point2d(int(Random() % 50) - 5, int(Random() % 14) - 3),
+                                      int_point2d(int(Random() % 45) - 2, int(Random() % 13) - 2));
+        uint8_t Opacity = Round % 2 == 0 ? 255 : RandomEdgyByte(Random);
+        std::vector<agg::rgba8> Want = Snapshot(Target);
+        PlainRectangleOperation(Want, TargetSize, Snapshot(Source), SourceSize, X, Y, Rectangle, BlendRule(Opacity));
+        Target.BlendBitmap(X, Y, &Source, Rectangle, Opacity, Runs);
+        ASSERT_TRUE(BitmapIs(Target, Want.data()))
+            << "round " << Round << " at (" << X << ", " << Y << ") of (" << Rectangle.Location.X << ", "
+            << Rectangle.Location.Y << ") size " << Rectangle.Size.X << "x" << Rectangle.Size.Y << " opacity "
+            << unsigned(Opacity);
+    }
+}
+
+TEST_P(ArtBitmapRectangles, BlendWithAlphaRunsBetweenViewsLandsInTheTargetViewOnly)
+{
+    // Both bitmaps are views whose rows lie further apart than they are wide; the runs are those of
+    // the source view. The target's parent changes inside the view only, as the rule says.
+    std::mt19937 Random(9753);
+    for (int Round = 0; Round < 500; Round++) {
+        art_bitmap TargetParent(64, 20);
+        art_bitmap SourceParent(48, 16);
+        FillRandom(TargetParent, Random);
+        FillBandedRuns(SourceParent, Random);
+        int_point2d SourceSize(1 + int(Random() % 40), 1 + int(Random() % 10));
+        art_bitmap Target(&TargetParent, int_rectangle(int_point2d(7, 3), int_point2d(50, 14)));
+        art_bitmap Source(&SourceParent, int_rectangle(int_point2d(int(Random() % unsigned(49 - SourceSize.X)),
+                                                                   int(Random() % unsigned(17 - SourceSize.Y))),
+                                                       SourceSize));
+        art_alpha_runs Runs(Source);
+        int X = int(Random() % 70) - 15;
+        int Y = int(Random() % 20) - 4;
+        int_rectangle Rectangle(int_point2d(int(Random() % 10) - 3, int(Random() % 6) - 2),
+                                int_point2d(int(Random() % 45), int(Random() % 12)));
+        uint8_t Opacity = Round % 2 == 0 ? 255 : RandomEdgyByte(Random);
+        std::vector<agg::rgba8> Want = RowsOf(Target);
+        PlainRectangleOperation(Want, Target.GetSize(), RowsOf(Source), SourceSize, X, Y, Rectangle,
+                                BlendRule(Opacity));
+        std::vector<agg::rgba8> Parent = Snapshot(TargetParent);
+        for (int Row = 0; Row < 14; Row++)
+            std::copy(Want.begin() + Row * 50, Want.begin() + (Row + 1) * 50, Parent.begin() + (3 + Row) * 64 + 7);
+        Target.BlendBitmap(X, Y, &Source, Rectangle, Opacity, Runs);
+        ASSERT_TRUE(BitmapIs(TargetParent, Parent.data())) << "round " << Round;
+    }
+}
+
+TEST_P(ArtBitmapRectangles, BlendWithAlphaRunsOntoItselfReadsEverySourcePixelFirst)
+{
+    // A picture drawn onto itself with its own runs: the blend changes the source under it, so the
+    // result must still be the one of drawing from an untouched copy, in every direction of overlap.
+    std::mt19937 Random(3579);
+    const int_point2d Size(60, 8);
+    for (int Width = 1; Width <= 41; Width += 8)
+        for (int DY = -2; DY <= 2; DY++)
+            for (int DX = -11; DX <= 11; DX++) {
+                art_bitmap Bitmap(Size.X, Size.Y);
+                FillBandedRuns(Bitmap, Random);
+                art_alpha_runs Runs(Bitmap);
+                const int_rectangle Area(int_point2d(12, 2), int_point2d(Width, 4));
+                std::vector<agg::rgba8> Before = Snapshot(Bitmap);
+                std::vector<agg::rgba8> Want = Before;
+                uint8_t Opacity = DX % 2 == 0 ? 255 : 200;
+                int X = Area.Location.X + DX;
+                int Y = Area.Location.Y + DY;
+                PlainRectangleOperation(Want, Size, Before, Size, X, Y, Area, BlendRule(Opacity));
+                Bitmap.BlendBitmap(X, Y, &Bitmap, Area, Opacity, Runs);
+                ASSERT_TRUE(BitmapIs(Bitmap, Want.data())) << "width " << Width << " shift " << DX << ", " << DY;
+            }
+}
+
+TEST_P(ArtBitmapRectangles, BlendWithAlphaRunsBetweenOverlappingViewsLikeThePlainPath)
+{
+    // Two views of one bitmap that overlap: the source changes under the blend in an order that the
+    // views' own coordinates decide. The runs must change nothing of that: the bytes are those of
+    // the blend without runs.
+    std::mt19937 Random(2468);
+    const int_point2d Size(60, 10);
+    for (int DY = -2; DY <= 2; DY++)
+        for (int DX = -11; DX <= 11; DX++) {
+            art_bitmap Parent(Size.X, Size.Y);
+            FillBandedRuns(Parent, Random);
+            art_bitmap Twin(Size.X, Size.Y);
+            Twin.CopyBitmap(0, 0, &Parent);
+            const int_rectangle SourcePart(int_point2d(12, 3), int_point2d(33, 4));
+            const int_rectangle TargetPart(SourcePart.Location + int_point2d(DX, DY), SourcePart.Size);
+            art_bitmap Source(&Parent, SourcePart);
+            art_bitmap Target(&Parent, TargetPart);
+            art_bitmap TwinSource(&Twin, SourcePart);
+            art_bitmap TwinTarget(&Twin, TargetPart);
+            art_alpha_runs Runs(Source);
+            int_rectangle Whole(int_point2d(0, 0), SourcePart.Size);
+            Target.BlendBitmap(0, 0, &Source, Whole, 255, Runs);
+            TwinTarget.BlendBitmap(0, 0, &TwinSource, Whole, 255);
+            ASSERT_TRUE(SamePixels(Parent.GetPixelRow(0), Twin.GetPixelRow(0), Size.X * Size.Y, Size.X))
+                << "shift " << DX << ", " << DY;
+        }
+}
+
+TEST(ArtBitmap, BlendWithAlphaRunsOfAnotherSizeIsRefused)
+{
+    art_bitmap Target(4, 4);
+    art_bitmap Source(3, 3);
+    art_bitmap Other(3, 2);
+    art_alpha_runs Runs(Other);
+    EXPECT_NE(std::string::npos,
+              ZEL_ERROR_MESSAGE(Target.BlendBitmap(0, 0, &Source, int_rectangle(int_point2d(0, 0), int_point2d(3, 3)),
+                                                   255, Runs))
+                  .find("'SourceRuns==nullptr || SourceRuns->GetSize()==SourceBitmap->GetSize()' is false"));
 }

@@ -396,3 +396,34 @@ TEST(ArtCache, FitsMeasuresTheMoveFromTheRenderedMatrix)
     EXPECT_FALSE(Entry.Fits(7, Scaled, point2d(4, 4), Shift));
     EXPECT_TRUE(Entry.Fits(7, Scaled, point2d(4, 2), Shift));
 }
+
+TEST(ArtCache, AgeLimitIsFixedByThePictureSize)
+{
+    art_object Owner;
+    ownership_pointer<art_cached_bitmap> Small = MakeEntry(Owner, 40, 25);
+    ownership_pointer<art_cached_bitmap> Window = MakeEntry(Owner, 800, 600);
+    ownership_pointer<art_cached_bitmap> Empty = MakeEntry(Owner, 0, 0);
+    EXPECT_EQ(101, Small->GetAgeLimit());
+    EXPECT_EQ(580, Window->GetAgeLimit());
+    EXPECT_EQ(100, Empty->GetAgeLimit());
+}
+
+TEST(ArtCache, EntryTellsWhereItsPictureIsOpaqueAndTransparent)
+{
+    art_object Owner;
+    ownership_pointer<art_bitmap> Bitmap(new art_bitmap(12, 3));
+    Bitmap->Clear(agg::rgba8(10, 20, 30, 255));
+    for (int X = 0; X < 12; X++)
+        Bitmap->GetPixelRow(2)[X] = agg::rgba8(0, 0, 0, 0);
+    ownership_pointer<art_object_cached_bitmap> Entry(new art_object_cached_bitmap(
+        Bitmap, &Owner, 0, 0, int_rectangle(int_point2d(), int_point2d(12, 3)), agg::trans_affine()));
+    const art_alpha_runs &Runs = Entry->GetAlphaRuns();
+    EXPECT_EQ(int_point2d(12, 3), Runs.GetSize());
+    std::vector<int> Found;
+    Runs.ForEachRun(0, 3, 0, 12, [&Found](art_alpha_runs::run_kind Kind, int32_t Top, int32_t Rows, int32_t Start,
+                                          int32_t Length) {
+        Found.insert(Found.end(), {int(Kind), Top, Rows, Start, Length});
+    });
+    std::vector<int> Want = {art_alpha_runs::Opaque, 0, 2, 0, 12, art_alpha_runs::Transparent, 2, 1, 0, 12};
+    EXPECT_EQ(Want, Found);
+}
