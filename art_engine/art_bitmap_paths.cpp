@@ -8,8 +8,12 @@
 #include <agg_conv_transform.h>
 #include <agg_ellipse.h>
 #include <agg_rasterizer_scanline_aa.h>
-#include <agg_scanline_boolean_algebra.h>
 #include <agg_scanline_p.h>
+// The boolean algebra sets its span pointers on every path that reads them, in a way the optimiser
+// cannot follow once it has inlined the loops. The templates are instantiated further down this
+// file, so the warning stays off for all of it.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#include <agg_scanline_boolean_algebra.h>
 
 #include "art_engine/art_blend.h"
 #include "art_engine/art_span_router.h"
