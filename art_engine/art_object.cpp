@@ -8,6 +8,7 @@
 #include "art_engine/art_object_children.h"
 #include "art_engine/art_object_frame.h"
 #include "art_engine/art_object_factory.h"
+#include "art_engine/art_shape.h"
 #include "xbd/xbd.h"
 
 // Below this, a change of size or location is noise of the arithmetic and not worth a redraw.
@@ -89,9 +90,10 @@ void art_object::ReadAttributes(reference_pointer<xbd_tag> Tag)
 
     AutoLayout->ReadAttributes(Tag);
 
+    // Older files give the shape as the one child of a "shape" tag.
     reference_pointer<xbd_tag> ShapeTag = Tag->GetChildTag("shape");
-    if (ShapeTag.IsSet())
-        SetShape(ArtMakeObjectFromTag(ShapeTag));
+    if (ShapeTag.IsSet() && ShapeTag->GetChildren().GetNumberOfElements() > 0)
+        SetShape(ArtMakeObjectFromTag(reference_pointer<xbd_tag>(ShapeTag->GetChildren()[0].Get())));
 
     reference_pointer<xbd_tag> ChildrenTag = Tag->GetChildTag("children");
     if (ChildrenTag.IsSet() && ChildrenTag->GetChildren().GetNumberOfElements() > 0) {
@@ -333,7 +335,11 @@ void art_object::SetShape(ownership_pointer<art_object> Shape)
             if (IsStencilStackMode(Children->GetChild(I)->GetStackMode()))
                 RemoveChild(Children->GetChild(I));
     }
-    AddChild(Shape);
+    reference_pointer<art_object> Added = AddChild(Shape);
+    // The shape outlines the whole object, and keeps doing so as the object is resized.
+    Added->SetHandle(point2d(0.5, 0.5));
+    Added->SetSize(OldSize);
+    Added->SetLocation(point2d(OldSize.X / 2, OldSize.Y / 2));
     SetSizeInternal(OldSize, true);
 }
 
@@ -347,6 +353,30 @@ reference_pointer<art_shape> art_object::GetShape()
             return Child->GetShape();
     }
     return reference_pointer<art_shape>();
+}
+
+void art_object::GetShapePath(art_path &Path, double ScaleX, double ScaleY)
+{
+    for (array_iterator<ownership_pointer<art_object>> Child = GetChildren(); Child.NotDone(); Child.Next()) {
+        art_object *Stencil = Child.Current().Get();
+        if (!IsStencilStackMode(Stencil->GetStackMode()) || !Stencil->GetShape().IsSet())
+            continue;
+        agg::trans_affine ChildToThis = Stencil->GetObjectToParent();
+        double ChildScaleX = 1;
+        double ChildScaleY = 1;
+        GetMatrixScale(ChildToThis, ChildScaleX, ChildScaleY);
+        art_path ChildPath;
+        Stencil->GetShapePath(ChildPath, ScaleX * ChildScaleX, ScaleY * ChildScaleY);
+        ChildPath.transform(ChildToThis);
+        Path.concat_path(ChildPath);
+        return;
+    }
+    AddRectanglePath(Path, 0, 0, Size.X, Size.Y);
+}
+
+void art_object::DrawCustomFill(reference_pointer<bitmap_interface>, reference_pointer<bitmap_interface>,
+                                agg::trans_affine, reference_pointer<art_cache>)
+{
 }
 
 int32_t art_object::GetRedrawCount()

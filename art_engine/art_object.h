@@ -8,6 +8,7 @@
 #include <agg_trans_affine.h>
 
 #include "art_engine/art_events.h"
+#include "art_engine/art_path.h"
 #include "xbd/xbd.h"
 #include "zel_basics/array.h"
 #include "zel_basics/array_iterator.h"
@@ -172,6 +173,14 @@ public:
     virtual bool IsAnimated();
     virtual double GetAnimationLength();
     virtual double GetCurrentTime();
+    // The outline that fills, outlines and shadows follow, in this object's units, flattened for
+    // the scales. The first stencil child's, carried into this object's space; an object without
+    // one gives its own rectangle.
+    virtual void GetShapePath(art_path &Path, double ScaleX, double ScaleY);
+    // What an art_draw_parents_custom_fill child draws in its place among the effects, with the
+    // arguments of its Draw: Matrix maps this object's space into Target's pixels. Nothing here.
+    virtual void DrawCustomFill(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
+                                agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
 
     reference_pointer<art_object> GetParent() const { return Parent; }
     array_iterator<ownership_pointer<art_object>> GetChildren();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "art_engine/art_object.h"
 #include "xbd/xbd.h"
 #include "zel_basics/lwbase_object.h"
@@ -15,6 +17,8 @@ public:
 
     zel_string GetName() override { return TagName; }
     virtual ownership_pointer<art_object> Make(reference_pointer<xbd_tag> Tag) = 0;
+    // The bare shape of a shape tag; unset for the tags of objects.
+    virtual ownership_pointer<art_shape> MakeShape(reference_pointer<xbd_tag> Tag);
 
     const zel_string &GetTagName() const { return TagName; }
 
@@ -34,6 +38,8 @@ public:
     }
 };
 
+template <class T> class art_shape_maker;
+
 // Turns a tag into an object of the right class; its table of tag names is the vocabulary of the
 // document format. One factory serves the whole process: it is filled on first use and lives until
 // the process exits.
@@ -44,6 +50,8 @@ public:
 
     // Never unset: a tag that nobody knows becomes an art_unknown_object, which keeps it for saving.
     ownership_pointer<art_object> Make(reference_pointer<xbd_tag> Tag);
+    // The shape of a shape tag; a tag that is no shape's is an error in the file.
+    ownership_pointer<art_shape> MakeShape(reference_pointer<xbd_tag> Tag);
     void AddMaker(ownership_pointer<art_maker_interface> Maker);
 
 private:
@@ -51,7 +59,10 @@ private:
 
     template <class T> void Register(const char *TagName)
     {
-        AddMaker(ownership_pointer<art_maker_interface>(new art_object_maker<T>(TagName)));
+        if constexpr (std::is_base_of<art_shape, T>::value)
+            AddMaker(ownership_pointer<art_maker_interface>(new art_shape_maker<T>(TagName)));
+        else
+            AddMaker(ownership_pointer<art_maker_interface>(new art_object_maker<T>(TagName)));
     }
 
     zel_string_hash_map<ownership_pointer<art_maker_interface>> PegMakers;
@@ -60,3 +71,5 @@ private:
 // The object of a tag by the process's factory: what an object reading an older file's "shape"
 // child uses.
 ownership_pointer<art_object> ArtMakeObjectFromTag(reference_pointer<xbd_tag> Tag);
+// The shape of a shape tag by the process's factory: what a stencil shape reads its child tag with.
+ownership_pointer<art_shape> ArtMakeShapeFromTag(reference_pointer<xbd_tag> Tag);

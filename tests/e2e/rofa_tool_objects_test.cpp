@@ -98,6 +98,29 @@ TEST_F(RofaToolObjects, ListsEveryObjectDepthFirstInStackOrder)
     EXPECT_EQ(Result.Output, PageObjects);
 }
 
+TEST_F(RofaToolObjects, ListsShapesInBothTheirForms)
+{
+    // A stencil shape with its shape as the first child tag, and the older "shape" child, whose shape
+    // outlines its whole object: in mode 7 about the middle, a = 0.5 and b = 1, so (15, 20) and (30, 40).
+    WriteFile(Path("shapes.xml"),
+              "<pego name=\"card\" handle=\"(0,0)\" w_val=\"120\" h_val=\"80\"><children>"
+              "<art_stencil_shape name=\"outline\" stack_mode=\"+stencil\" x_layout_mode=\"7\" x_val=\"0.5\""
+              " w_val=\"1\" y_layout_mode=\"7\" y_val=\"0.5\" h_val=\"1\"><art_rectangle rounded=\"(4,4)\"/>"
+              "</art_stencil_shape>"
+              "<pego name=\"old\" handle=\"(0,0)\" x_val=\"10\" y_val=\"20\" w_val=\"30\" h_val=\"40\">"
+              "<shape><art_ellipse/></shape></pego>"
+              "</children></pego>");
+    tool_result Result = Run("objects " + Path("shapes.xml"));
+    EXPECT_EQ(Result.Status, 0) << Result.Errors;
+    EXPECT_EQ(Result.Output,
+              "pego \"card\" normal loc=(0,0) size=(120,80) handle=(0,0) angle=0 opacity=1 layout=(0,0)\n"
+              "  art_stencil_shape \"outline\" +stencil loc=(60,40) size=(120,80) handle=(0.5,0.5) angle=0 opacity=1"
+              " layout=(7,7)\n"
+              "  pego \"old\" normal loc=(10,20) size=(30,40) handle=(0,0) angle=0 opacity=1 layout=(0,0)\n"
+              "    art_stencil_shape \"\" +stencil loc=(15,20) size=(30,40) handle=(0.5,0.5) angle=0 opacity=1"
+              " layout=(7,7)\n");
+}
+
 TEST_F(RofaToolObjects, ListsTheBinaryFormAsTheTextForm)
 {
     WriteFile(Path("page.xml"), PageText);
