@@ -11,23 +11,6 @@ using namespace art_shape_test;
 
 namespace {
 
-const unsigned Move = agg::path_cmd_move_to;
-const unsigned Line = agg::path_cmd_line_to;
-const unsigned Quad = agg::path_cmd_curve3;
-const unsigned Cubic = agg::path_cmd_curve4;
-const unsigned Close = agg::path_cmd_end_poly | agg::path_flags_close;
-
-// A stencil of the given size holding the custom shape of a text-form tag.
-ownership_pointer<art_stencil_shape> CustomStencil(const char *Text, double W, double H)
-{
-    return MakeStencil(ShapeFromText(Text).Release(), W, H);
-}
-
-art_custom_shape &Custom(art_stencil_shape &Stencil)
-{
-    return *dynamic_cast<art_custom_shape *>(Stencil.GetShape().Get());
-}
-
 // A 4 by 4 box of points with every kind of side: a quadratic from a control after, a cubic, a
 // quadratic from a control before, and a straight closing side.
 const char *EveryKind = "<art_custom_shape>"
@@ -44,7 +27,7 @@ TEST(ArtCustomShape, ANewShapeIsAClosedSquareFillingTheObject)
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 20);
     std::vector<vertex> Want = {{Move, 0, 0}, {Line, 10, 0}, {Line, 10, 20}, {Line, 0, 20}, {Line, 0, 0}, {Close, 0, 0}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     EXPECT_EQ(4, Shape.GetNumPoints());
     EXPECT_EQ(point2d(0.25, 0.25), Shape.GetPathPoint(0).GetControlAfter());
     EXPECT_EQ(point2d(0.75, 0.75), Shape.GetPathPoint(2).GetControlBefore());
@@ -56,7 +39,7 @@ TEST(ArtCustomShape, ANewShapeIsAClosedSquareFillingTheObject)
 
 TEST(ArtCustomShape, EverySegmentKindGivesItsCommands)
 {
-    ownership_pointer<art_stencil_shape> Stencil = CustomStencil(EveryKind, 4, 4);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(EveryKind, 4, 4);
     std::vector<vertex> Want = {{Move, 0, 0},                                 // first point
                                 {Quad, 2, 1},   {Quad, 4, 0},                 // curved after, straight before
                                 {Cubic, 4, 1},  {Cubic, 4, 3}, {Cubic, 4, 4}, // curved on both sides
@@ -67,19 +50,19 @@ TEST(ArtCustomShape, EverySegmentKindGivesItsCommands)
 
 TEST(ArtCustomShape, AShapeStretchedToTwiceItsWidthDrawsTwiceAsWide)
 {
-    ownership_pointer<art_stencil_shape> Stencil = CustomStencil(EveryKind, 4, 4);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(EveryKind, 4, 4);
     Stencil->SetSize(point2d(8, 4));
     std::vector<vertex> Want = {{Move, 0, 0}, {Quad, 4, 1},  {Quad, 8, 0}, {Cubic, 8, 1}, {Cubic, 8, 3},
                                 {Cubic, 8, 4}, {Quad, 2, 4}, {Quad, 0, 4}, {Line, 0, 0},  {Close, 0, 0}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
-    EXPECT_EQ(point2d(4, 0), Custom(*Stencil).GetPathPoint(1).GetPoint());
-    EXPECT_EQ(point2d(4, 4), Custom(*Stencil).GetPointSize());
+    EXPECT_EQ(point2d(4, 0), ShapeOf<art_custom_shape>(*Stencil).GetPathPoint(1).GetPoint());
+    EXPECT_EQ(point2d(4, 4), ShapeOf<art_custom_shape>(*Stencil).GetPointSize());
 }
 
 TEST(ArtCustomShape, ACutInTheMiddleGivesTwoSeparateFigures)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape>"
+        StencilFromText("<art_custom_shape>"
                       "<point loc=\"(0,0)\" connection_before=\"3\"/><point loc=\"(2,0)\"/>"
                       "<point loc=\"(0,2)\" connection_after=\"0\"/>"
                       "<point loc=\"(4,4)\" connection_before=\"0\"/><point loc=\"(4,2)\"/>"
@@ -96,18 +79,18 @@ TEST(ArtCustomShape, ARunOffTheEndOfTheListIsCutThere)
 {
     // Every side says "straight", the last point's too, though nothing follows it.
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><point loc=\"(0,0)\"/><point loc=\"(3,0)\"/><point loc=\"(3,3)\"/>"
+        StencilFromText("<art_custom_shape><point loc=\"(0,0)\"/><point loc=\"(3,0)\"/><point loc=\"(3,3)\"/>"
                       "</art_custom_shape>",
                       3, 3);
     std::vector<vertex> Want = {{Move, 0, 0}, {Line, 3, 0}, {Line, 3, 3}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
-    EXPECT_EQ(ConnectionCut, Custom(*Stencil).GetPathPoint(2).GetConnectionAfter());
+    EXPECT_EQ(ConnectionCut, ShapeOf<art_custom_shape>(*Stencil).GetPathPoint(2).GetConnectionAfter());
 }
 
 TEST(ArtCustomShape, ASingleCurvedSideNextToAStraightOneIsQuadratic)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><point loc=\"(0,0)\" connection_before=\"3\"/>"
+        StencilFromText("<art_custom_shape><point loc=\"(0,0)\" connection_before=\"3\"/>"
                       "<point loc=\"(2,0)\" curve_after=\"(0,1)\"/>"
                       "<point loc=\"(2,2)\" connection_after=\"3\"/></art_custom_shape>",
                       2, 2);
@@ -118,23 +101,23 @@ TEST(ArtCustomShape, ASingleCurvedSideNextToAStraightOneIsQuadratic)
 TEST(ArtCustomShape, ACurvedClosingSideIsCubicWhenBothEndsAreCurved)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><point loc=\"(0,0)\" curve_before=\"(1,1)\" connection_before=\"4\"/>"
+        StencilFromText("<art_custom_shape><point loc=\"(0,0)\" curve_before=\"(1,1)\" connection_before=\"4\"/>"
                       "<point loc=\"(4,0)\"/><point loc=\"(4,4)\"/>"
                       "<point loc=\"(0,4)\" curve_after=\"(0,-1)\" connection_after=\"4\"/></art_custom_shape>",
                       4, 4);
     std::vector<vertex> Want = {{Move, 0, 0},  {Line, 4, 0},  {Line, 4, 4},  {Line, 0, 4},
                                 {Cubic, 0, 3}, {Cubic, 1, 1}, {Cubic, 0, 0}, {Close, 0, 0}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
-    EXPECT_EQ(ConnectionClosingCurved, Custom(*Stencil).GetPathPoint(0).GetConnectionBefore());
+    EXPECT_EQ(ConnectionClosingCurved, ShapeOf<art_custom_shape>(*Stencil).GetPathPoint(0).GetConnectionBefore());
 }
 
 TEST(ArtCustomShape, TheThirdKindOfJoinClosesLikeTheSecond)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><point loc=\"(0,0)\" curve_before=\"(0,1)\" connection_before=\"6\"/>"
+        StencilFromText("<art_custom_shape><point loc=\"(0,0)\" curve_before=\"(0,1)\" connection_before=\"6\"/>"
                       "<point loc=\"(2,0)\"/><point loc=\"(2,2)\" connection_after=\"5\"/></art_custom_shape>",
                       2, 2);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     EXPECT_EQ(ConnectionJoinCurved, Shape.GetPathPoint(0).GetConnectionBefore());
     EXPECT_EQ(ConnectionJoinStraight, Shape.GetPathPoint(2).GetConnectionAfter());
     std::vector<vertex> Want = {{Move, 0, 0}, {Line, 2, 0}, {Line, 2, 2}, {Quad, 0, 1}, {Quad, 0, 0}, {Close, 0, 0}};
@@ -182,8 +165,8 @@ TEST(ArtCustomShape, AnUnknownCurveTypeLetterReadsAsACorner)
 
 TEST(ArtCustomShape, ZeroObjectWidthKeepsPointSpaceFinite)
 {
-    ownership_pointer<art_stencil_shape> Stencil = CustomStencil(EveryKind, 0, 4);
-    art_custom_shape &Shape = Custom(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(EveryKind, 0, 4);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     // The width counts as 1e-9: point x 4 of a box 4 wide is 1e-9 in the object.
     EXPECT_EQ(point2d(1e-9, 0), Shape.GetHandleLocation(1));
     for (const vertex &V : ShapePath(*Stencil)) {
@@ -198,11 +181,11 @@ TEST(ArtCustomShape, ZeroObjectWidthKeepsPointSpaceFinite)
 TEST(ArtCustomShape, AnExplicitCurvedCodeWithoutAVectorGivesAZeroVector)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><point loc=\"(0,0)\" connection_before=\"3\"/>"
+        StencilFromText("<art_custom_shape><point loc=\"(0,0)\" connection_before=\"3\"/>"
                       "<point loc=\"(2,0)\" connection_before=\"2\"/>"
                       "<point loc=\"(2,2)\" connection_after=\"3\"/></art_custom_shape>",
                       2, 2);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     EXPECT_TRUE(Shape.GetPathPoint(1).GetCurvedBefore());
     EXPECT_EQ(point2d(0, 0), Shape.GetPathPoint(1).GetCurveBefore());
     std::vector<vertex> Want = {{Move, 0, 0}, {Quad, 2, 0}, {Quad, 2, 0}, {Line, 2, 2}, {Line, 0, 0}, {Close, 0, 0}};
@@ -240,13 +223,13 @@ TEST(ArtCustomShape, APointWithoutLocationIsAnErrorInWords)
 TEST(ArtCustomShape, TheOlderPointListClosesOnItself)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><points>"
+        StencilFromText("<art_custom_shape><points>"
                       "<p loc=\"(0,0)\"/><p loc=\"(1,0)\" control=\"\"/><p loc=\"(4,0)\"/>"
                       "<p loc=\"(4,3)\" control=\"\"/><p loc=\"(4,4)\"/>"
                       "<p loc=\"(1,4)\" control=\"\"/><p loc=\"(0,3)\" control=\"\"/><p loc=\"(0,0)\"/>"
                       "</points></art_custom_shape>",
                       4, 4);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     ASSERT_EQ(3, Shape.GetNumPoints());
     // (1,0) and (4,3) follow points and curve their after sides; (1,4) follows (4,4), and (0,3)
     // precedes the repeated first point, so the closing side is cubic.
@@ -264,7 +247,7 @@ TEST(ArtCustomShape, TheOlderPointListClosesOnItself)
 TEST(ArtCustomShape, AnEmptyOlderPointListGivesTheSquare)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape><points/></art_custom_shape>", 2, 2);
+        StencilFromText("<art_custom_shape><points/></art_custom_shape>", 2, 2);
     std::vector<vertex> Want = {{Move, 0, 0}, {Line, 2, 0}, {Line, 2, 2}, {Line, 0, 2}, {Line, 0, 0}, {Close, 0, 0}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
 }
@@ -319,11 +302,11 @@ TEST(ArtCustomShape, ABoxWithoutExtentKeepsASizeOf1eMinus9)
 
 TEST(ArtCustomShape, WithoutPointsTheBoxIsTheUnitAndThePathEmpty)
 {
-    ownership_pointer<art_stencil_shape> Stencil = CustomStencil("<art_custom_shape/>", 5, 5);
-    EXPECT_EQ(point2d(0, 0), Custom(*Stencil).GetPointOrigin());
-    EXPECT_EQ(point2d(1, 1), Custom(*Stencil).GetPointSize());
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText("<art_custom_shape/>", 5, 5);
+    EXPECT_EQ(point2d(0, 0), ShapeOf<art_custom_shape>(*Stencil).GetPointOrigin());
+    EXPECT_EQ(point2d(1, 1), ShapeOf<art_custom_shape>(*Stencil).GetPointSize());
     EXPECT_TRUE(ShapePath(*Stencil).empty());
-    EXPECT_EQ(0, Custom(*Stencil).GetNumHandles());
+    EXPECT_EQ(0, ShapeOf<art_custom_shape>(*Stencil).GetNumHandles());
 }
 
 TEST(ArtCustomShape, AnswersAsACustomShape)
@@ -398,7 +381,7 @@ TEST(ArtCustomShape, CurvedAndStraightKeepTheKindOfJoin)
 TEST(ArtCustomShape, SettingAControlInObjectSpaceCurvesTheSide)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.SetPointCurve(0, true, point2d(5, 5));
     EXPECT_EQ(ConnectionCurved, Shape.GetPathPoint(0).GetConnectionAfter());
     EXPECT_EQ(point2d(0.5, 0.5), Shape.GetPathPoint(0).GetCurveAfter());
@@ -410,7 +393,7 @@ TEST(ArtCustomShape, SettingAControlInObjectSpaceCurvesTheSide)
 TEST(ArtCustomShape, MovingPointsGoesByAnObjectSpaceDeltaAndRefitsTheBox)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 20);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     array<int> Indices;
     Indices.Add(1);
     Indices.Add(2);
@@ -426,7 +409,7 @@ TEST(ArtCustomShape, MovingPointsGoesByAnObjectSpaceDeltaAndRefitsTheBox)
 TEST(ArtCustomShape, AHandleMovesItsPoint)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.SetHandleLocation(2, point2d(5, 5), false);
     EXPECT_EQ(point2d(0.5, 0.5), Shape.GetPathPoint(2).GetPoint());
     // The box is still the unit square, held by the other three corners.
@@ -436,7 +419,7 @@ TEST(ArtCustomShape, AHandleMovesItsPoint)
 TEST(ArtCustomShape, InsertingAPointSplitsTheSide)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.InsertPoint(3, point2d(0, 5));
     ASSERT_EQ(5, Shape.GetNumPoints());
     EXPECT_EQ(ConnectionStraight, Shape.GetPathPoint(3).GetConnectionAfter());
@@ -451,7 +434,7 @@ TEST(ArtCustomShape, InsertingAPointSplitsTheSide)
 TEST(ArtCustomShape, DeletingTheFirstPointPassesItsClosingJoinOn)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.DeletePoint(0);
     ASSERT_EQ(3, Shape.GetNumPoints());
     EXPECT_EQ(ConnectionClosingStraight, Shape.GetPathPoint(0).GetConnectionBefore());
@@ -462,7 +445,7 @@ TEST(ArtCustomShape, DeletingTheFirstPointPassesItsClosingJoinOn)
 TEST(ArtCustomShape, CuttingAClosedRunOpensItAtThePoint)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.CutBefore(2);
     std::vector<vertex> Want = {{Move, 10, 10}, {Line, 0, 10}, {Line, 0, 0}, {Line, 10, 0}};
     EXPECT_EQ(Want, ShapePath(*Stencil));
@@ -480,7 +463,7 @@ TEST(ArtCustomShape, CuttingAClosedRunOpensItAtThePoint)
 TEST(ArtCustomShape, JoiningTwoOpenRunsMakesOne)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.CutBefore(2);
     Shape.CutBefore(2);
     // Runs (10,10)-(0,10) and (0,0)-(10,0); the start of the first follows the end of the second.
@@ -496,7 +479,7 @@ TEST(ArtCustomShape, JoiningTwoOpenRunsMakesOne)
 TEST(ArtCustomShape, RotatingTheListMovesTheClosingJoin)
 {
     ownership_pointer<art_stencil_shape> Stencil = MakeStencil(new art_custom_shape, 10, 10);
-    art_custom_shape &Shape = Custom(*Stencil);
+    art_custom_shape &Shape = ShapeOf<art_custom_shape>(*Stencil);
     Shape.RotatePoints(1);
     std::vector<vertex> Want = {{Move, 10, 0}, {Line, 10, 10}, {Line, 0, 10}, {Line, 0, 0},
                                 {Line, 10, 0}, {Close, 0, 0}};
@@ -509,7 +492,7 @@ TEST(ArtCustomShape, RotatingTheListMovesTheClosingJoin)
 TEST(ArtCustomShape, AStencilWithAHoleKeepsItByEvenOdd)
 {
     ownership_pointer<art_stencil_shape> Stencil =
-        CustomStencil("<art_custom_shape>"
+        StencilFromText("<art_custom_shape>"
                       "<point loc=\"(0,0)\" connection_before=\"3\"/><point loc=\"(6,0)\"/><point loc=\"(6,6)\"/>"
                       "<point loc=\"(0,6)\" connection_after=\"3\"/>"
                       "<point loc=\"(2,2)\" connection_before=\"3\"/><point loc=\"(4,2)\"/><point loc=\"(4,4)\"/>"

@@ -9,20 +9,6 @@ using namespace art_shape_test;
 
 namespace {
 
-const unsigned Move = agg::path_cmd_move_to;
-const unsigned Line = agg::path_cmd_line_to;
-const unsigned Close = agg::path_cmd_end_poly | agg::path_flags_close;
-
-ownership_pointer<art_stencil_shape> PolyStencil(const char *Text, double W, double H)
-{
-    return MakeStencil(ShapeFromText(Text).Release(), W, H);
-}
-
-art_regular_poly_shape &Poly(art_stencil_shape &Stencil)
-{
-    return *dynamic_cast<art_regular_poly_shape *>(Stencil.GetShape().Get());
-}
-
 // One point a quarter turn from the centre, closing on both sides: the corners of a square.
 const char *Square = "<art_custom_radial_shape num_sides=\"4\">"
                      "<point loc=\"(0,-1)\" connection_before=\"3\" connection_after=\"3\"/>"
@@ -38,8 +24,8 @@ const char *Mirrored = "<art_custom_radial_shape mirror_symmetry_angle=\"0\">"
 
 TEST(ArtRegularPolyShape, EachSideIsTheFirstTurnedAboutTheCentre)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Square, 2, 2);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Square, 2, 2);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     ASSERT_EQ(4, Shape.GetNumPoints());
     // A quarter turn takes (x, y) to (-y, x) in these axes.
     point2d Want[4] = {point2d(0, -1), point2d(1, 0), point2d(0, 1), point2d(-1, 0)};
@@ -55,8 +41,8 @@ TEST(ArtRegularPolyShape, EachSideIsTheFirstTurnedAboutTheCentre)
 
 TEST(ArtRegularPolyShape, TwoMirroredSidesDrawOneSideAndItsReflection)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Mirrored, 2, 1);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Mirrored, 2, 1);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     ASSERT_EQ(4, Shape.GetNumPoints());
     // The reflection runs the other way: (1,0) reflected first, then (0,-1), with the sides exchanged.
     EXPECT_NEAR(-1, Shape.GetPathPoint(2).GetPoint().X, 1e-8);
@@ -85,8 +71,8 @@ TEST(ArtRegularPolyShape, OnlyTheFirstSideIsWritten)
 
 TEST(ArtRegularPolyShape, MovingACopyMovesThePrimaryPointAndEverySide)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Square, 2, 2);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Square, 2, 2);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     // Point 2 is the bottom corner (0, 1), at object (1, 2); moving it to object (1, 2.5) is point (0, 1.5).
     Shape.SetHandleLocation(2, point2d(1, 2.5), false);
     point2d Want[4] = {point2d(0, -1.5), point2d(1.5, 0), point2d(0, 1.5), point2d(-1.5, 0)};
@@ -112,8 +98,8 @@ TEST(ArtRegularPolyShape, ThePrimaryIndexRunsBackwardsOnMirroredSides)
 
 TEST(ArtRegularPolyShape, TheCentreAndMirrorHandlesFollowThePoints)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Mirrored, 2, 1);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Mirrored, 2, 1);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     ASSERT_EQ(6, Shape.GetNumHandles());
     // The box runs from (-1, -1) to (1, 0): the centre (0, 0) is object (1, 1).
     EXPECT_NEAR(1, Shape.GetHandleLocation(4).X, 1e-8);
@@ -133,14 +119,14 @@ TEST(ArtRegularPolyShape, TheCentreAndMirrorHandlesFollowThePoints)
     Shape.GetHandleToolTip(5, Title, Tip);
     EXPECT_EQ(zel_string("Mirror Line"), Title);
     EXPECT_EQ(zel_string("Drag to change the angle of the symmetry shape's mirror-line."), Tip);
-    ownership_pointer<art_stencil_shape> Plain = PolyStencil(Square, 2, 2);
-    EXPECT_EQ(5, Poly(*Plain).GetNumHandles());
+    ownership_pointer<art_stencil_shape> Plain = StencilFromText(Square, 2, 2);
+    EXPECT_EQ(5, ShapeOf<art_regular_poly_shape>(*Plain).GetNumHandles());
 }
 
 TEST(ArtRegularPolyShape, MovingTheCentreIsWrittenWithTheShape)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Square, 2, 2);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Square, 2, 2);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     // Object (1, 2) is point (0, 1): the square now turns about its bottom corner.
     Shape.SetHandleLocation(4, point2d(1, 2), false);
     EXPECT_EQ(point2d(0, 1), Shape.GetCenter());
@@ -151,8 +137,8 @@ TEST(ArtRegularPolyShape, MovingTheCentreIsWrittenWithTheShape)
 
 TEST(ArtRegularPolyShape, RotatingBySidesIsBounded)
 {
-    ownership_pointer<art_stencil_shape> Stencil = PolyStencil(Square, 2, 2);
-    art_regular_poly_shape &Shape = Poly(*Stencil);
+    ownership_pointer<art_stencil_shape> Stencil = StencilFromText(Square, 2, 2);
+    art_regular_poly_shape &Shape = ShapeOf<art_regular_poly_shape>(*Stencil);
     Shape.RotateSides(1);
     EXPECT_NEAR(1, Shape.GetPathPoint(0).GetPoint().X, 1e-8);
     EXPECT_NE(std::string::npos, ZEL_ERROR_MESSAGE(Shape.RotateSides(4)).find("'SideAmount<NumSides' is false"));

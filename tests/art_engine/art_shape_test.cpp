@@ -17,10 +17,6 @@ using art_test::Dump;
 
 namespace {
 
-const unsigned Move = agg::path_cmd_move_to;
-const unsigned Line = agg::path_cmd_line_to;
-const unsigned Close = agg::path_cmd_end_poly | agg::path_flags_close;
-
 art_rectangle_shape *Rectangle(art_stencil_shape &Stencil)
 {
     return dynamic_cast<art_rectangle_shape *>(Stencil.GetShape().Get());

@@ -14,6 +14,12 @@
 
 namespace art_shape_test {
 
+const unsigned Move = agg::path_cmd_move_to;
+const unsigned Line = agg::path_cmd_line_to;
+const unsigned Quad = agg::path_cmd_curve3;
+const unsigned Cubic = agg::path_cmd_curve4;
+const unsigned Close = agg::path_cmd_end_poly | agg::path_flags_close;
+
 // One vertex of a path as it was stored.
 struct vertex
 {
@@ -104,6 +110,18 @@ inline ownership_pointer<art_shape> ShapeFromText(const char *Text)
 }
 
 // The tag that Shape saves of itself, as text.
+// A stencil of the given size holding the shape of a text-form tag.
+inline ownership_pointer<art_stencil_shape> StencilFromText(const char *Text, double W, double H)
+{
+    return MakeStencil(ShapeFromText(Text).Release(), W, H);
+}
+
+// The stencil's shape as the class the test made it of.
+template <class T> T &ShapeOf(art_stencil_shape &Stencil)
+{
+    return *dynamic_cast<T *>(Stencil.GetShape().Get());
+}
+
 inline std::string SavedShape(art_shape &Shape)
 {
     xbd_file File;
