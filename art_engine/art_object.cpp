@@ -374,6 +374,13 @@ void art_object::GetShapePath(art_path &Path, double ScaleX, double ScaleY)
     AddRectanglePath(Path, 0, 0, Size.X, Size.Y);
 }
 
+agg::rgba art_object::GetColor()
+{
+    return agg::rgba(0, 0, 0, 1);
+}
+
+void art_object::SetColor(const agg::rgba &) {}
+
 void art_object::DrawCustomFill(reference_pointer<bitmap_interface>, reference_pointer<bitmap_interface>,
                                 agg::trans_affine, reference_pointer<art_cache>)
 {

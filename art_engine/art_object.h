@@ -181,6 +181,10 @@ public:
     // arguments of its Draw: Matrix maps this object's space into Target's pixels. Nothing here.
     virtual void DrawCustomFill(reference_pointer<bitmap_interface> Target, reference_pointer<bitmap_interface> Backdrop,
                                 agg::trans_affine Matrix, reference_pointer<art_cache> Cache);
+    // The colour that the colour picker shows and sets for this object: straight, 0 to 1. A plain
+    // object has none of its own: it reads as opaque black and ignores a new one.
+    virtual agg::rgba GetColor();
+    virtual void SetColor(const agg::rgba &Color);
 
     reference_pointer<art_object> GetParent() const { return Parent; }
     array_iterator<ownership_pointer<art_object>> GetChildren();
