@@ -3,6 +3,7 @@
 #include "rofa_editor/rofa_app.h"
 #include "rofa_headless_sal/headless_screen_png.h"
 #include "rofa_headless_sal/rofa_headless_gal.h"
+#include "rofa_linux_sal/freetype_font_source.h"
 #include "rofa_lib/rofa_version.h"
 #include "zel_basics/debug.h"
 #include "zel_basics/lwpointers.h"
@@ -43,6 +44,8 @@ RofaAppHandle RofaAppCreateNewInstance_v2(int Width, int Height, rofa_native_win
     ownership_pointer<graphical_system_abstraction_layer> GAL = CreateLayer(Width, Height, Window, Host);
     if (CommandLine != nullptr)
         GAL->ParseCommandLine(CommandLine);
+    // Once a process: the fonts of the system, which a second instance shares.
+    InstallFreetypeFontSource();
 
     ownership_pointer<rofa_app_interface> AppInstance(
         new rofa_app_instance(reference_pointer<graphical_system_abstraction_layer>(GAL)));

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include "art_engine/art_font_manager.h"
 #include "zel_basics/lwbase_object.h"
 
 namespace {
 
 // Every test must destroy the managed objects it makes: the pool keeps object memory reachable, so
-// the leak checker cannot see lost objects, and this count does instead.
+// the leak checker cannot see lost objects, and this count does instead. The process's font registry
+// lives on by design, filling as fonts are used; it is ended after each test, so that each test starts
+// with a fresh one and what it leaves counts.
 class object_balance_listener : public testing::EmptyTestEventListener
 {
     int32_t LiveAtStart = 0;
@@ -13,6 +16,7 @@ class object_balance_listener : public testing::EmptyTestEventListener
     void OnTestStart(const testing::TestInfo &) override { LiveAtStart = ObjectsCreated - ObjectsDestroyed; }
     void OnTestEnd(const testing::TestInfo &) override
     {
+        DestroyFontManager();
         EXPECT_EQ(LiveAtStart, ObjectsCreated - ObjectsDestroyed) << "managed objects leaked by this test";
     }
 };
