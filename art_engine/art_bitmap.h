@@ -123,6 +123,12 @@ public:
                           double MiterLimit, double Scale);
     void StrokeEllipse(double X, double Y, double RX, double RY, double Scale, agg::rgba8 Color, double Width);
 
+    // Maps SourceRectangle of Source onto the four-cornered figure Corners (top left, top right,
+    // bottom right, bottom left, in this bitmap's pixels) bilinearly, filtering 2x2 with the edge
+    // pixels repeated, the figure's edges anti-aliased. A degenerate figure draws nothing.
+    void DrawBitmapInQuad(reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
+                          const point2d Corners[4]);
+
     agg::rendering_buffer &GetRenderingBuffer() { return RenderingBuffer; }
     art_pixfmt_rgba &GetPixelFormat() { return PixelFormat; }
     art_renderer_base &GetBaseRenderer() { return BaseRenderer; }
