@@ -1,11 +1,17 @@
 #include "art_engine/art_object_factory.h"
 
+#include "art_engine/art_color_blur.h"
+#include "art_engine/art_color_fade.h"
+#include "art_engine/art_color_fill.h"
 #include "art_engine/art_custom_shape.h"
 #include "art_engine/art_draw_parents_custom_fill.h"
 #include "art_engine/art_ellipse_shape.h"
+#include "art_engine/art_hsbc_filter.h"
 #include "art_engine/art_inherit_parent_shape.h"
+#include "art_engine/art_outline.h"
 #include "art_engine/art_rectangle_shape.h"
 #include "art_engine/art_regular_poly_shape.h"
+#include "art_engine/art_shadow.h"
 #include "art_engine/art_stencil_shape.h"
 #include "art_engine/art_unknown_object.h"
 #include "zel_basics/debug.h"
@@ -22,8 +28,14 @@ ownership_pointer<art_object_factory> TheFactory;
 art_object_factory::art_object_factory()
 {
     Register<art_object>("pego");
+    Register<art_color_fill>("art_solid_fill");
+    Register<art_color_blur>("art_blur");
+    Register<art_color_fade>("art_gradient_fill");
+    Register<art_shadow>("art_shadow");
+    Register<art_outline>("art_outline");
     Register<art_stencil_shape>("art_stencil_shape");
     Register<art_draw_parents_custom_fill>("art_draw_parents_custom_fill");
+    Register<art_hsbc_filter>("art_hsbc_filter");
     Register<art_ellipse_shape>("art_ellipse");
     Register<art_rectangle_shape>("art_rectangle");
     Register<art_inherit_parent_shape>("art_parents_shape");

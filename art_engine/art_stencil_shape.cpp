@@ -117,6 +117,21 @@ void art_stencil_shape::GetShapePath(art_path &Path, double ScaleX, double Scale
     Shape->GetPath(Path, ScaleX, ScaleY);
 }
 
+agg::rgba art_stencil_shape::GetColor()
+{
+    if (Parent.IsSet())
+        return Parent->GetColor();
+    return art_object::GetColor();
+}
+
+void art_stencil_shape::SetColor(const agg::rgba &Color)
+{
+    if (Parent.IsSet())
+        Parent->SetColor(Color);
+    else
+        art_object::SetColor(Color);
+}
+
 bool art_stencil_shape::HasSharpCorners()
 {
     return Shape->HasSharpCorners();

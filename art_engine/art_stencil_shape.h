@@ -30,6 +30,9 @@ public:
     zel_string GetTypeLabel() override;
     zel_string GetDebugName() override;
     void GetShapePath(art_path &Path, double ScaleX, double ScaleY) override;
+    // The colour picker sets the colour of what the shape carries: its parent's.
+    agg::rgba GetColor() override;
+    void SetColor(const agg::rgba &Color) override;
 
     void SetStencilShape(ownership_pointer<art_shape> NewShape);
     bool HasSharpCorners();

@@ -1,6 +1,7 @@
 #include "rofa_editor/rofa_app.h"
 
 #include "art_engine/art_events.h"
+#include "art_engine/art_outline.h"
 #include "rofa_editor/art_widgets.h"
 #include "rofa_editor/update_plugin_action.h"
 #include "rofa_lib/keyboard.h"
@@ -101,6 +102,11 @@ void rofa_app_instance::InitGUI()
     Editor = reference_pointer<rofa_editor>(NewEditor.Get());
     TopObject->AddChild(ownership_pointer<art_object>(NewEditor));
     TopObject->RequestRedraw();
+    // A soft dark line marks the edge of the plug-in's area on the page.
+    ownership_pointer<art_outline> Border(new art_outline);
+    Border->SetWidth(2.0);
+    Border->SetColor(agg::rgba(0, 0, 0, 0.5));
+    TopObject->AddChild(ownership_pointer<art_object>(Border));
 
     if (plugin_version::AreComparable(Own, RecommendedVersion) && Own.IsOlderThan(RecommendedVersion)) {
         ShowAlert("New Version",

@@ -6,6 +6,7 @@
 
 #include "art_engine/art_events.h"
 #include "art_engine/art_object_children.h"
+#include "art_engine/art_outline.h"
 #include "rofa_editor/update_plugin_action.h"
 #include "rofa_lib/keyboard.h"
 #include "rofa_linux_sal/rofa_linux_keys.h"
@@ -72,6 +73,31 @@ TEST(RofaApp, FirstTickWithASizeBuildsTheEditorUnderTheTopObject)
     EXPECT_EQ(zel_string("Rofa_Editor"), Scene.App->GetEditor()->GetName());
     EXPECT_EQ(reference_pointer<art_object>(Scene.Top().Get()), Scene.App->GetEditor()->GetParent());
     EXPECT_TRUE(Scene.Boxes().empty());
+}
+
+TEST(RofaApp, TheTopObjectHasAHalfBlackOutlineTwoUnitsWide)
+{
+    app_scene Scene;
+    Scene.Tick();
+    ASSERT_TRUE(Scene.Top().IsSet());
+    std::vector<reference_pointer<art_outline>> Outlines;
+    for (int I = 0; I < Scene.Top()->GetNumberOfChildren(); I++) {
+        reference_pointer<art_outline> Outline =
+            reference_pointer<art_object>(Scene.Top()->GetChildrenObject()->GetChild(I)).DynamicCast<art_outline>();
+        if (Outline.IsSet())
+            Outlines.push_back(Outline);
+    }
+    ASSERT_EQ(1u, Outlines.size());
+    EXPECT_EQ(reference_pointer<art_object>(Scene.Top().Get()), Outlines[0]->GetParent());
+    EXPECT_EQ(2.0, Outlines[0]->GetWidth());
+    agg::rgba Color = Outlines[0]->GetColor();
+    EXPECT_EQ(0.0, Color.r);
+    EXPECT_EQ(0.0, Color.g);
+    EXPECT_EQ(0.0, Color.b);
+    EXPECT_EQ(0.5, Color.a);
+    // A solid line, drawn among the top object's normal children.
+    EXPECT_EQ(0.0, Outlines[0]->GetDashCycle());
+    EXPECT_EQ(StackModeNormal, Outlines[0]->GetStackMode());
 }
 
 TEST(RofaApp, MissingRequiredVersionNeverBlocksTheEditor)
