@@ -15,8 +15,7 @@ public:
     // Any mode asked for becomes normal.
     void SetStackMode(art_stack_mode NewMode) override;
     bool IsFillEffect() override;
-    // What the layer stack shows of the kind of effect: "Fill".
-    virtual zel_string GetEffectKind();
+    zel_string GetEffectKind() override;
     // Whether the fill hides whatever lies below it in the layer: exactly when the colour that the
     // colour picker shows has full alpha.
     virtual bool IsOpaque();

@@ -6,8 +6,3 @@ bool art_filter_effect::IsFilterEffect()
 {
     return true;
 }
-
-zel_string art_filter_effect::GetEffectKind()
-{
-    return "Effect";
-}

@@ -12,6 +12,4 @@ public:
     art_filter_effect(const art_filter_effect &Other) = default;
 
     bool IsFilterEffect() override;
-    // What the layer stack shows of the kind of effect: "Effect".
-    virtual zel_string GetEffectKind();
 };

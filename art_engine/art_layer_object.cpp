@@ -127,3 +127,8 @@ bool art_layer_object::ReservedLayerObjectQuery()
 {
     return false;
 }
+
+zel_string art_layer_object::GetEffectKind()
+{
+    return "Effect";
+}

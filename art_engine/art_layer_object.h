@@ -28,6 +28,9 @@ public:
     void WriteAttributes(reference_pointer<xbd_tag> Tag) override;
     bool IsLayerObject() override;
     bool CanBeSelected() override;
+    // The kind of effect that the layer stack shows beside the type label: "Effect", and "Fill"
+    // for fills.
+    virtual zel_string GetEffectKind();
     // The one operation that this class adds to the slots of art_object; a subclass may answer
     // true, and the operations of the subclasses come after it.
     virtual bool ReservedLayerObjectQuery();

@@ -189,11 +189,6 @@ zel_string art_outline::GetDebugName()
     return "Outline";
 }
 
-zel_string art_outline::GetEffectKind()
-{
-    return "Effect";
-}
-
 agg::rgba art_outline::GetColor()
 {
     return Color;

@@ -41,9 +41,6 @@ public:
     agg::rgba GetColor() override;
     void SetColor(const agg::rgba &NewColor) override;
 
-    // What the layer stack shows beside the type label.
-    zel_string GetEffectKind();
-
     double GetWidth() const { return Width; }
     int32_t GetCornerType() const { return CornerType; }
     int32_t GetCapType() const { return CapType; }
