@@ -16,6 +16,9 @@ run: deps
 	@cmake -S . -B $(BUILD_RUN) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DROFA_TESTS=OFF >/dev/null
 	@cmake --build $(BUILD_RUN) -j $(JOBS) --target rofa-headless-host rofa-tool
 	@$(BUILD_RUN)/rofa-headless-host --screen $(BUILD_RUN)/screen.png
+	@mkdir -p out
+	@$(BUILD_RUN)/rofa-tool showcase out/showcase.png
+	@echo "rendered the built-in showcase document to out/showcase.png"
 
 test: deps
 	@cmake -S . -B $(BUILD_TEST) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DROFA_SANITIZE=ON >/dev/null

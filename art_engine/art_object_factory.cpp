@@ -1,5 +1,6 @@
 #include "art_engine/art_object_factory.h"
 
+#include "art_engine/art_bitmap_object.h"
 #include "art_engine/art_color_blur.h"
 #include "art_engine/art_color_fade.h"
 #include "art_engine/art_color_fill.h"
@@ -28,6 +29,7 @@ ownership_pointer<art_object_factory> TheFactory;
 art_object_factory::art_object_factory()
 {
     Register<art_object>("pego");
+    Register<art_bitmap_object>("art_bitmap");
     Register<art_color_fill>("art_solid_fill");
     Register<art_color_blur>("art_blur");
     Register<art_color_fade>("art_gradient_fill");

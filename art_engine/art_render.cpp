@@ -80,8 +80,10 @@ void art_object::Draw(reference_pointer<bitmap_interface> Target, reference_poin
     agg::trans_affine ObjectMatrix = GetObjectToParent();
     ObjectMatrix.multiply(Matrix);
     // Without a stencil an object is a plain group: no frame clips it, and its own opacity and its
-    // post children take no part. Only a stencil makes the bitmap of its own worth its cost.
+    // post children take no part. Only a stencil makes the bitmap of its own worth its cost. What
+    // the object shows of its own (a picture, text) lies under its children.
     if (!Stencilled) {
+        DrawContent(Target, Backdrop, ObjectMatrix, Cache);
         if (Children.IsSet())
             Children->DrawNormal(Target, Backdrop, ObjectMatrix, Cache);
         return;
@@ -225,6 +227,10 @@ ownership_pointer<art_bitmap> art_object::RenderToBitmap(int_rectangle Window, a
     }
     ownership_pointer<art_bitmap> Layer(new art_bitmap(Window.Size.X, Window.Size.Y));
     Layer->Clear(agg::rgba8(0, 0, 0, 0));
+    agg::trans_affine WindowMatrix = Matrix;
+    WindowMatrix.translate(-Window.Location.X, -Window.Location.Y);
+    reference_pointer<bitmap_interface> LayerTarget(Layer.Get());
+    DrawContent(LayerTarget, LayerTarget, WindowMatrix, Cache);
     if (!Children.IsSet()) {
         Layer->ColorizeStencilLayer(StackMode);
         return Layer;
@@ -237,9 +243,6 @@ ownership_pointer<art_bitmap> art_object::RenderToBitmap(int_rectangle Window, a
             StencilBitmap->Clear(agg::rgba8(0, 0, 0, 255));
             break;
         }
-    agg::trans_affine WindowMatrix = Matrix;
-    WindowMatrix.translate(-Window.Location.X, -Window.Location.Y);
-    reference_pointer<bitmap_interface> LayerTarget(Layer.Get());
     if (StencilBitmap.IsSet()) {
         reference_pointer<bitmap_interface> StencilTarget(StencilBitmap.Get());
         Children->DrawStencilChildren(StencilTarget, StencilTarget, WindowMatrix, Cache);

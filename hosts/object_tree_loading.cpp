@@ -1,17 +1,15 @@
 #include "hosts/object_tree_loading.h"
 
-#include "art_engine/art_object_factory.h"
 #include "xbd/xbd.h"
-#include "zel_basics/zel_error.h"
 
-ownership_pointer<art_object> LoadObjectTree(const zel_string &FileName)
+ownership_pointer<art_file> LoadDocument(const zel_string &FileName, zel_string &Warning)
 {
     ownership_pointer<xbd_file> File = xbd_file::LoadXBDFile(FileName);
-    array<ownership_pointer<xbd_tag>> &Tags = File->GetRootTag()->GetChildren();
-    if (Tags.GetNumberOfElements() == 0)
-        throw zel_error("Invalid Rofa File (contains no tags)");
-    ownership_pointer<art_object> Tree =
-        art_object_factory::GetFactory()->Make(reference_pointer<xbd_tag>(Tags[0].Get()));
-    Tree->Layout();
-    return Tree;
+    return art_file::ReadDocument(*File, reference_pointer<art_bitmap_manager>(), Warning);
+}
+
+ownership_pointer<art_file> LoadDocumentFromData(const zel_string &Data, zel_string &Warning)
+{
+    ownership_pointer<xbd_file> File = xbd_file::LoadFromData(Data, false);
+    return art_file::ReadDocument(*File, reference_pointer<art_bitmap_manager>(), Warning);
 }

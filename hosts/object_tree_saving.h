@@ -1,8 +1,8 @@
 #pragma once
 
-#include "art_engine/art_object.h"
+#include "art_engine/art_file.h"
 #include "zel_basics/zel_string.h"
 
-// The bytes of a binary markup file whose root holds the tree's tag, as a save writes it: the objects
-// marked for deletion are deleted first.
-zel_string SaveObjectTree(art_object &Tree);
+// The bytes of a binary markup file of the document, as the editor saves it: the objects marked for
+// deletion are deleted first, and the document carries the library's version as the editor's.
+zel_string SaveDocument(art_file &Document);

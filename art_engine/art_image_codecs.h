@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+
+#include "art_engine/art_animated_bitmap.h"
+#include "art_engine/art_bitmap.h"
+#include "zel_basics/lwpointers.h"
+#include "zel_basics/zel_string.h"
+
+struct FIBITMAP;
+
+// Format codes of image files; they are stored in documents and preferences, so they never change.
+constexpr int ArtImageFormatJPEG = 0;
+constexpr int ArtImageFormatPNG = 1;
+constexpr int ArtImageFormatGIF = 5;
+
+// The largest picture, in pixels, that is decoded: a damaged or hostile header could otherwise ask
+// for gigabytes before a single pixel has been read. Animations count their canvas and each frame.
+constexpr int64_t ArtImageMaximumPixels = int64_t(1) << 26;
+// All frames of an animation together, since each frame is kept as a whole picture.
+constexpr int64_t ArtAnimationMaximumPixels = int64_t(1) << 28;
+// Replaces the two limits above, for a harness that feeds many hostile files and must stay fast.
+void SetImageSizeLimits(int64_t MaximumPixels, int64_t MaximumAnimationPixels);
+int64_t GetImageMaximumPixels();
+int64_t GetAnimationMaximumPixels();
+
+// Every image file is read and written from memory. Decoded pictures are art_bitmaps: rows top-down,
+// bytes R, G, B, A, premultiplied.
+
+// A null result, never an exception, when the bytes are of no known format, do not decode, end
+// before their picture does, or state a picture above the limit; the reason goes to the log. Formats
+// whose picture size cannot be read before decoding are not opened.
+ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data);
+// Every page composed onto the canvas in turn. A null result when the bytes hold no readable
+// multi-page image; the reason goes to the log.
+ownership_pointer<art_animated_bitmap> LoadAnimatedImageFromString(const zel_string &Data);
+// True for a GIF of more than one page.
+bool IsAnimatedImage(const zel_string &Data);
+
+// Replaces Target with the encoded file. Quality is for JPEG, 1 to 100, and -1 for the default of 75.
+// A failure of the image library throws zel_error, and so does GIF until this build has a GIF writer.
+void SaveImageToString(zel_string &Target, reference_pointer<art_bitmap> Bitmap, int Format, int Quality = -1);
+// Stores a PNG in Target when one fits within MaximumBytes (unless ForceJPEG) and answers true;
+// otherwise the best JPEG quality that fits, or, when none does, the smallest JPEG tried, and false.
+bool SaveImageUnderSize(zel_string &Target, reference_pointer<art_bitmap> Bitmap, int MaximumBytes, bool ForceJPEG);
+// "jpg", "png" or "gif"; any other code asserts.
+zel_string GetImageExtension(int Format);
+// Writes the encoded file to Name, adding "." and the extension when AddExtension is set.
+void SaveImageToFile(reference_pointer<art_bitmap> Bitmap, zel_string Name, bool AddExtension, int Format);
+
+// The image library reports failures through one global hook. SetImageLibraryMessageHook installs
+// it and forgets the message kept so far; GetImageLibraryMessage gives the last message since then,
+// with " (Format=name)" in front when the library named a format, or an empty string.
+void SetImageLibraryMessageHook();
+zel_string GetImageLibraryMessage();
+
+// Turns an image-library bitmap of any depth into a straight-alpha art_bitmap (not premultiplied),
+// and unloads Source when UnloadSource is set.
+ownership_pointer<art_bitmap> ConvertFIBitmapToArtBitmap(FIBITMAP *Source, bool UnloadSource);
