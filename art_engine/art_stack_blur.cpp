@@ -4,6 +4,11 @@
 
 // The blur header leans on the base renderer without including it.
 #include <agg_renderer_base.h>
+// The blur's buffers grow by freeing and allocating anew, which GCC's optimiser misreads as a use
+// after free once it has inlined them; the templates are instantiated further down this file.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wuse-after-free"
+#endif
 #include <agg_blur.h>
 
 namespace {
