@@ -91,8 +91,14 @@ void art_bitmap_manager::SaveToTag(reference_pointer<xbd_tag> BitmapsTag)
             IDs[J] = IDs[J - 1];
             IDs[J - 1] = Swap;
         }
-    for (int I = 0; I < IDs.GetNumberOfElements(); I++)
-        GetBitmap(IDs[I])->SaveToTag(BitmapsTag);
+    // One picture's pixels at a time: those that only the save decoded go again at once.
+    for (int I = 0; I < IDs.GetNumberOfElements(); I++) {
+        reference_pointer<art_managed_bitmap> Bitmap = GetBitmap(IDs[I]);
+        bool WasDecoded = Bitmap->IsDecoded();
+        Bitmap->SaveToTag(BitmapsTag);
+        if (!WasDecoded)
+            Bitmap->ReleasePixels();
+    }
 }
 
 void art_bitmap_manager::DrawManagedBitmap(reference_pointer<art_bitmap> Target,

@@ -112,10 +112,8 @@ void art_bitmap_object::DrawContent(reference_pointer<bitmap_interface> Target, 
 
 double art_bitmap_object::GetNaturalAspectRatio()
 {
-    if (!Bitmap.IsSet() || !Bitmap->HasFrames())
-        return art_object::GetNaturalAspectRatio();
-    int_point2d Pixels = Bitmap->GetBitmapSize();
-    if (Pixels.Y == 0)
+    int_point2d Pixels;
+    if (!Bitmap.IsSet() || !Bitmap->ReadBitmapSize(Pixels) || Pixels.Y == 0)
         return art_object::GetNaturalAspectRatio();
     return double(Pixels.X) / double(Pixels.Y);
 }
@@ -146,8 +144,11 @@ zel_string art_bitmap_object::GetTagName()
 
 void art_bitmap_object::UpdateBitmaps()
 {
-    if (Bitmap.IsSet() && !PegBitmapImage.IsSet() && Bitmap->HasFrames()) {
-        int_point2d Pixels = Bitmap->GetBitmapSize();
+    int_point2d Pixels;
+    if (Bitmap.IsSet() && !PegBitmapImage.IsSet() && !Bitmap->ReadBitmapSize(Pixels)) {
+        // A picture that states no size and does not decode is kept as it came.
+        Bitmap->NoteUsage(rectangle(), GetSize());
+    } else if (Bitmap.IsSet() && !PegBitmapImage.IsSet()) {
         rectangle Region(point2d(0, 0), point2d(Pixels.X, Pixels.Y));
         // Without a stencil nothing clips the image, so all of it shows; with one, what shows lies within the
         // frame, which spans -Location / Size to (1 - Location) / Size of the image.
@@ -270,9 +271,9 @@ void art_bitmap_object::SetImageSize(point2d NewSize)
 
 point2d art_bitmap_object::GetNaturalSize()
 {
-    if (!Bitmap.IsSet() || !Bitmap->HasFrames())
+    int_point2d Pixels;
+    if (!Bitmap.IsSet() || !Bitmap->ReadBitmapSize(Pixels))
         return point2d(0, 0);
-    int_point2d Pixels = Bitmap->GetBitmapSize();
     return point2d(Pixels.X * ImageSize.X, Pixels.Y * ImageSize.Y);
 }
 

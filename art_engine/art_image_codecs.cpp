@@ -163,6 +163,27 @@ ownership_pointer<art_bitmap> ConvertFIBitmapToArtBitmap(FIBITMAP *Source, bool 
     return Ret;
 }
 
+bool ReadImageSize(const zel_string &Data, int_point2d &Size)
+{
+    FIMEMORY *FIMemoryHandle = OpenMemoryOver(Data);
+    TOVAS_ASSERT(FIMemoryHandle, nullptr);
+    free_image_memory Memory(FIMemoryHandle);
+    FREE_IMAGE_FORMAT Format = FreeImage_GetFileTypeFromMemory(FIMemoryHandle, 0);
+    if (Format == FIF_GIF) {
+        gif_extent Extent = ScanGIFExtent(Data);
+        Size = int_point2d(static_cast<int32_t>(Extent.CanvasWidth), static_cast<int32_t>(Extent.CanvasHeight));
+        return Size.X > 0 && Size.Y > 0;
+    }
+    if (Format == FIF_UNKNOWN || !FreeImage_FIFSupportsNoPixels(Format))
+        return false;
+    free_image_bitmap Header(FreeImage_LoadFromMemory(Format, FIMemoryHandle, FIF_LOAD_NOPIXELS));
+    if (Header.Get() == nullptr)
+        return false;
+    Size = int_point2d(static_cast<int32_t>(FreeImage_GetWidth(Header.Get())),
+                       static_cast<int32_t>(FreeImage_GetHeight(Header.Get())));
+    return Size.X > 0 && Size.Y > 0;
+}
+
 ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data)
 {
     SetImageLibraryMessageHook();

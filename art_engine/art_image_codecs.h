@@ -36,6 +36,9 @@ ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data);
 ownership_pointer<art_animated_bitmap> LoadAnimatedImageFromString(const zel_string &Data);
 // True for a GIF of more than one page.
 bool IsAnimatedImage(const zel_string &Data);
+// The picture size that the file states, read without decoding its pixels (the canvas of a GIF);
+// false when the bytes are of no known format or state no size.
+bool ReadImageSize(const zel_string &Data, int_point2d &Size);
 
 // Replaces Target with the encoded file. Quality is for JPEG, 1 to 100, and -1 for the default of 75.
 // A failure of the image library throws zel_error, and so does GIF until this build has a GIF writer.

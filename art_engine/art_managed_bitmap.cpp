@@ -146,6 +146,25 @@ void art_managed_bitmap::CheckFrame(int FrameIndex)
     TOVAS_ASSERT(FrameIndex>=0 && FrameIndex<MipMappedBitmaps.GetNumberOfElements(), this);
 }
 
+bool art_managed_bitmap::ReadBitmapSize(int_point2d &Size)
+{
+    if (!DecodeTried && ReadImageSize(OriginalFileBytes, Size))
+        return true;
+    if (!HasFrames())
+        return false;
+    Size = GetBitmapSize();
+    return true;
+}
+
+void art_managed_bitmap::ReleasePixels()
+{
+    MipMappedBitmaps.Clear();
+    FrameTimes.Clear();
+    MipSizes.Clear();
+    LoopTime = 0;
+    DecodeTried = false;
+}
+
 int_point2d art_managed_bitmap::GetBitmapSize()
 {
     CheckFrame(0);
@@ -298,9 +317,9 @@ void art_managed_bitmap::SaveToTag(reference_pointer<xbd_tag> BitmapsTag)
 
 void art_managed_bitmap::RemapToSavedImage(point2d &Location, point2d &Size)
 {
-    if (!HasFrames())
+    int_point2d Full;
+    if (!ReadBitmapSize(Full))
         return;
-    int_point2d Full = GetBitmapSize();
     if (SavedRegion.IsEmpty() || SavedRegion == int_rectangle(int_point2d(0, 0), Full))
         return;
     Location.X += Size.X * SavedRegion.Location.X / Full.X;

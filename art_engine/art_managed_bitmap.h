@@ -44,6 +44,14 @@ public:
     int GetFrameAtTime(double Time);
     // The size of level 0 of the first frame.
     int_point2d GetBitmapSize();
+    // The size of the first frame, from the file's own statement while nothing is decoded, so that
+    // a document can note what it uses without holding every picture's pixels; false when the file
+    // states no size it can be read by and does not decode.
+    bool ReadBitmapSize(int_point2d &Size);
+    // Whether the pixels are decoded (or were tried), and letting them go again: the next use
+    // decodes anew. A save releases what it alone decoded.
+    bool IsDecoded() const { return DecodeTried; }
+    void ReleasePixels();
     const array<int_point2d> &GetMipSizes();
     // Makes the levels up to Level of that frame first when they are missing.
     reference_pointer<art_bitmap> GetMipLevel(int FrameIndex, int Level);

@@ -844,3 +844,43 @@ TEST(art_bitmap_object, DocumentWithAPrivateImageCannotBeSaved)
     // Its image is in no manager, so the document's own has nothing to write.
     EXPECT_EQ(Document.GetBitmapManager()->GetNumberOfBitmaps(), 0);
 }
+
+TEST(art_bitmap_object, ADamagedImageIsSavedAsItCame)
+{
+    // A PNG cut off after its header decodes to nothing; the document still keeps its bytes.
+    zel_string Whole = EncodePNG(MakeSmooth(6, 4));
+    zel_string Damaged = Whole.Left(40);
+    art_file Document;
+    Document.SetSize(point2d(20, 20));
+    int32_t ID = Document.GetBitmapManager()->AddBitmap(Damaged, "damaged.png")->GetBitmapID();
+    Document.AddChild(ownership_pointer<art_object>(new art_bitmap_object(Document.GetBitmapManager(), ID)));
+    ownership_pointer<xbd_file> Saved = Document.CreateXBDFile();
+    reference_pointer<xbd_tag> FileTag(Saved->GetRootTag()->GetChildren()[0].Get());
+    reference_pointer<xbd_tag> Bitmaps = FileTag->GetChildTag("bitmaps");
+    ASSERT_TRUE(Bitmaps.IsSet());
+    ASSERT_EQ(Bitmaps->GetChildren().GetNumberOfElements(), 1);
+    EXPECT_EQ(ToStd(Bitmaps->GetChildren()[0]->GetAttribute("pixel_data", "")), ToStd(Damaged));
+}
+
+TEST(art_bitmap_object, SizeAndSavingNeedNoPixelsKept)
+{
+    // The size comes from the file's header; a save decodes what it re-encodes and lets it go again.
+    art_file Document;
+    Document.SetSize(point2d(40, 30));
+    int32_t ID = Document.GetBitmapManager()->AddBitmap(EncodePNG(MakeSmooth(80, 60)), "big.png")->GetBitmapID();
+    reference_pointer<art_object> Added =
+        Document.AddChild(ownership_pointer<art_object>(new art_bitmap_object(Document.GetBitmapManager(), ID)));
+    reference_pointer<art_managed_bitmap> Bitmap = Document.GetBitmapManager()->GetBitmap(ID);
+    int_point2d Size;
+    ASSERT_TRUE(Bitmap->ReadBitmapSize(Size));
+    EXPECT_EQ(int_point2d(80, 60), Size);
+    EXPECT_DOUBLE_EQ(80.0 / 60.0, Added->GetNaturalAspectRatio());
+    EXPECT_FALSE(Bitmap->IsDecoded());
+    // Shown at half size, the picture is made again smaller, and its pixels do not stay.
+    Added->SetSize(point2d(40, 30));
+    ownership_pointer<xbd_file> Saved = Document.CreateXBDFile();
+    EXPECT_FALSE(Bitmap->IsDecoded());
+    // Drawn after all, it decodes again.
+    EXPECT_TRUE(Bitmap->HasFrames());
+    EXPECT_TRUE(Bitmap->IsDecoded());
+}
