@@ -5,6 +5,7 @@
 #include "art_engine/art_alpha_runs.h"
 #include "art_engine/art_blend.h"
 #include "art_engine/art_object.h"
+#include "rofa_lib/sal_functions.h"
 #include "zel_basics/debug.h"
 
 art_bitmap::art_bitmap()
@@ -47,8 +48,10 @@ void art_bitmap::SetSize(int Width, int Height)
     int NewArraySize = Width * Height;
     TOVAS_ASSERT(NewArraySize>=0, this);
     int OldArraySize = Pixels.GetNumberOfElements();
-    if (NewArraySize > Pixels.GetReservedSize())
+    if (NewArraySize > Pixels.GetReservedSize()) {
         Pixels.Reserve(NewArraySize);
+        SALAdviseLargeBlock(Pixels.GetData(), size_t(NewArraySize) * sizeof(agg::rgba8));
+    }
     if (NewArraySize < OldArraySize) {
         Pixels.SetNumberOfElements(NewArraySize, agg::rgba8(0, 0, 0, 0));
         // The array puts its default element into the places it frees, and AGG's pixel leaves its

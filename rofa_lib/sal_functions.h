@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "rofa_lib/bitmap_interface.h"
 #include "zel_basics/lwpointers.h"
 #include "zel_basics/zel_string.h"
@@ -11,6 +13,11 @@ double SALGetTime();
 
 // Called at the end of every tick of the application.
 void SALFrameDone();
+
+// Tells the system that the Bytes at Data, a large block about to be written whole (a picture's
+// pixels), is best backed by large pages: a few faults on first touch instead of thousands. Only
+// advice: a platform without it does nothing.
+void SALAdviseLargeBlock(void *Data, size_t Bytes);
 
 // Replaces the whole clipboard with Text as plain 8-bit text.
 void SALCopyTextToClipboard(zel_string Text);

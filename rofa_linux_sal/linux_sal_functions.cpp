@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <sys/mman.h>
 #include <time.h>
 
 #include "rofa_lib/sal_functions.h"
@@ -25,6 +26,16 @@ double SALGetTime()
 }
 
 void SALFrameDone() {}
+
+void SALAdviseLargeBlock(void *Data, size_t Bytes)
+{
+    // Only whole large pages inside the block can be advised.
+    const uintptr_t LargePage = uintptr_t(2) << 20;
+    uintptr_t Start = (reinterpret_cast<uintptr_t>(Data) + LargePage - 1) & ~(LargePage - 1);
+    uintptr_t End = (reinterpret_cast<uintptr_t>(Data) + Bytes) & ~(LargePage - 1);
+    if (End > Start)
+        madvise(reinterpret_cast<void *>(Start), End - Start, MADV_HUGEPAGE);
+}
 
 zel_string SALGetErrorText(int ErrorNumber)
 {
