@@ -17,6 +17,7 @@
 #include "art_engine/art_cache.h"
 #include "art_engine/art_file.h"
 #include "art_engine/art_image_codecs.h"
+#include "bench/bench_baselines.h"
 #include "bench/bench_ratio_reporter.h"
 #include "xbd/xbd.h"
 
@@ -52,13 +53,7 @@ void DrawDocument(art_file &Document, art_bitmap &Window, art_cache &Cache)
 
 void BM_FullWindowCopy(benchmark::State &State)
 {
-    std::vector<uint8_t> From(size_t(WindowWidth) * WindowHeight * 4, 1);
-    std::vector<uint8_t> To(From.size());
-    for (auto _ : State) {
-        std::memcpy(To.data(), From.data(), From.size());
-        benchmark::DoNotOptimize(To.data());
-        benchmark::ClobberMemory();
-    }
+    CopyBytesBaseline(State, size_t(WindowWidth) * WindowHeight * 4);
 }
 BENCHMARK(BM_FullWindowCopy)->Unit(benchmark::kMicrosecond);
 

@@ -15,6 +15,7 @@
 #include "art_engine/art_object_children.h"
 #include "art_engine/art_top_object.h"
 #include "tests/art_engine/art_fill_object.h"
+#include "bench/bench_baselines.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {
@@ -85,13 +86,7 @@ struct scene
 
 void BM_FullWindowCopy(benchmark::State &State)
 {
-    std::vector<uint8_t> From(size_t(WindowWidth) * WindowHeight * 4, 1);
-    std::vector<uint8_t> To(From.size());
-    for (auto _ : State) {
-        std::memcpy(To.data(), From.data(), From.size());
-        benchmark::DoNotOptimize(To.data());
-        benchmark::ClobberMemory();
-    }
+    CopyBytesBaseline(State, size_t(WindowWidth) * WindowHeight * 4);
 }
 BENCHMARK(BM_FullWindowCopy)->Unit(benchmark::kMicrosecond);
 

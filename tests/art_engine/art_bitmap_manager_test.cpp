@@ -17,6 +17,8 @@
 #include "art_engine/art_image_codecs.h"
 #include "art_engine/art_managed_bitmap.h"
 #include "art_engine/art_mipmapped_bitmap.h"
+#include "tests/art_engine/art_gif_test_support.h"
+#include "tests/debug_log_file.h"
 #include "tests/test_support.h"
 #include "xbd/xbd.h"
 #include "zel_basics/debug.h"
@@ -108,96 +110,7 @@ std::vector<int_point2d> MipSizesOf(int W, int H)
     return Sizes(List);
 }
 
-// A GIF89a of Width by Height with a palette of two colours, red and blue, and one page for each
-// entry of Indices, each page filled with that palette index and shown for DelayHundredths. The
-// image data is LZW with a clear code before every two pixels, so the code width stays 3 bits.
-zel_string MakeTwoColourGIF(int Width, int Height, const std::vector<int> &Indices, int DelayHundredths)
-{
-    std::string G = "GIF89a";
-    auto Word = [&G](int Value) {
-        G += char(Value & 255);
-        G += char((Value >> 8) & 255);
-    };
-    Word(Width);
-    Word(Height);
-    G += char(0x80);
-    G += char(0);
-    G += char(0);
-    G += std::string("\xFF\x00\x00\x00\x00\xFF", 6);
-    if (Indices.size() > 1)
-        G += std::string("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x00\x00\x00", 19);
-    for (int Index : Indices) {
-        G += std::string("\x21\xF9\x04\x00", 4);
-        Word(DelayHundredths);
-        G += std::string("\x00\x00", 2);
-        G += char(0x2C);
-        Word(0);
-        Word(0);
-        Word(Width);
-        Word(Height);
-        G += char(0);
-        G += char(2);
-        std::vector<uint8_t> Data;
-        uint32_t Bits = 0;
-        int BitCount = 0;
-        auto Code = [&](int Value) {
-            Bits |= uint32_t(Value) << BitCount;
-            BitCount += 3;
-            while (BitCount >= 8) {
-                Data.push_back(uint8_t(Bits & 255));
-                Bits >>= 8;
-                BitCount -= 8;
-            }
-        };
-        for (int P = 0; P < Width * Height; P += 2) {
-            Code(4);
-            Code(Index);
-            if (P + 1 < Width * Height)
-                Code(Index);
-        }
-        Code(5);
-        if (BitCount > 0)
-            Data.push_back(uint8_t(Bits & 255));
-        for (size_t Start = 0; Start < Data.size(); Start += 255) {
-            size_t Length = std::min<size_t>(255, Data.size() - Start);
-            G += char(Length);
-            G += std::string(reinterpret_cast<const char *>(Data.data() + Start), Length);
-        }
-        G += char(0);
-    }
-    G += char(0x3B);
-    return zel_string(G.data(), int(G.size()));
-}
 
-// Points the debug log at a file of its own for the test's life.
-class debug_log_file
-{
-public:
-    debug_log_file() : SavedPath(DebugLogPath())
-    {
-        char Template[] = "/tmp/rofa_bitmap_manager_log_XXXXXX";
-        int Descriptor = mkstemp(Template);
-        close(Descriptor);
-        Path = Template;
-        SetDebugLogPath(Path.c_str());
-    }
-    ~debug_log_file()
-    {
-        std::remove(Path.c_str());
-        SetDebugLogPath(SavedPath);
-    }
-    std::string Read() const
-    {
-        std::ifstream File(Path, std::ios::binary);
-        std::stringstream Text;
-        Text << File.rdbuf();
-        return Text.str();
-    }
-
-private:
-    std::string Path;
-    zel_string SavedPath;
-};
 
 std::string AttributeName(xbd_tag &Tag, int Index)
 {

@@ -16,6 +16,7 @@
 #include "art_engine/art_managed_bitmap.h"
 #include "art_engine/art_object_factory.h"
 #include "art_engine/art_stencil_shape.h"
+#include "tests/art_engine/art_gif_test_support.h"
 #include "tests/art_engine/art_test_support.h"
 #include "tests/test_support.h"
 #include "xbd/xbd.h"
@@ -124,59 +125,6 @@ std::vector<std::vector<pixel>> OverTransparent(std::vector<std::vector<pixel>> 
     return Rows;
 }
 
-// A GIF89a with a palette of red and blue and one page of Width by Height for each entry of Pages, filled with
-// that palette index and shown for DelayHundredths. Each pixel's code follows a clear code, so no code ever
-// enters the table and every code is 3 bits wide.
-zel_string MakeAnimatedGIF(int Width, int Height, const std::vector<int> &Pages, int DelayHundredths)
-{
-    std::string G = "GIF89a";
-    auto Word = [&G](int Value) {
-        G += char(Value & 255);
-        G += char((Value >> 8) & 255);
-    };
-    Word(Width);
-    Word(Height);
-    G += std::string("\x80\x00\x00", 3);
-    G += std::string("\xFF\x00\x00\x00\x00\xFF", 6);
-    G += std::string("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x00\x00\x00", 19);
-    for (int Index : Pages) {
-        G += std::string("\x21\xF9\x04\x00", 4);
-        Word(DelayHundredths);
-        G += std::string("\x00\x00", 2);
-        G += char(0x2C);
-        Word(0);
-        Word(0);
-        Word(Width);
-        Word(Height);
-        G += char(0);
-        G += char(2);
-        std::string Data;
-        uint32_t Bits = 0;
-        int BitCount = 0;
-        auto Code = [&](int Value) {
-            Bits |= uint32_t(Value) << BitCount;
-            for (BitCount += 3; BitCount >= 8; BitCount -= 8) {
-                Data += char(Bits & 255);
-                Bits >>= 8;
-            }
-        };
-        for (int P = 0; P < Width * Height; P++) {
-            Code(4);
-            Code(Index);
-        }
-        Code(5);
-        if (BitCount > 0)
-            Data += char(Bits & 255);
-        for (size_t Start = 0; Start < Data.size(); Start += 255) {
-            std::string Block = Data.substr(Start, 255);
-            G += char(Block.size());
-            G += Block;
-        }
-        G += char(0);
-    }
-    G += char(0x3B);
-    return zel_string(G.data(), static_cast<int>(G.size()));
-}
 
 bitmap_owner MakeTarget(int Width, int Height)
 {
@@ -401,7 +349,7 @@ TEST(art_bitmap_object, ChildrenDrawOverTheImage)
 TEST(art_bitmap_object, AnimatedImageAtExactlyTheLoopTimeShowsFrameZero)
 {
     art_bitmap_manager Manager;
-    int32_t ID = Manager.AddBitmap(MakeAnimatedGIF(2, 2, {0, 1}, 10), "two.gif")->GetBitmapID();
+    int32_t ID = Manager.AddBitmap(MakeTwoColourGIF(2, 2, {0, 1}, 10), "two.gif")->GetBitmapID();
     timed_parent Parent;
     reference_pointer<art_object> Child =
         Parent.AddChild(ownership_pointer<art_object>(new art_bitmap_object(&Manager, ID)));
@@ -430,7 +378,7 @@ TEST(art_bitmap_object, AnimatedImageAtExactlyTheLoopTimeShowsFrameZero)
 TEST(art_bitmap_object, TimeTickRequestsARedrawOnlyWhenTheFrameChanges)
 {
     art_bitmap_manager Manager;
-    int32_t ID = Manager.AddBitmap(MakeAnimatedGIF(2, 2, {0, 1, 0}, 10), "three.gif")->GetBitmapID();
+    int32_t ID = Manager.AddBitmap(MakeTwoColourGIF(2, 2, {0, 1, 0}, 10), "three.gif")->GetBitmapID();
     timed_parent Parent;
     reference_pointer<art_object> Child =
         Parent.AddChild(ownership_pointer<art_object>(new art_bitmap_object(&Manager, ID)));
@@ -463,7 +411,7 @@ TEST(art_bitmap_object, TimeTickRequestsARedrawOnlyWhenTheFrameChanges)
 TEST(art_bitmap_object, AnimationTimesComeFromTheImage)
 {
     art_bitmap_manager Manager;
-    int32_t ID = Manager.AddBitmap(MakeAnimatedGIF(2, 2, {0, 1}, 10), "two.gif")->GetBitmapID();
+    int32_t ID = Manager.AddBitmap(MakeTwoColourGIF(2, 2, {0, 1}, 10), "two.gif")->GetBitmapID();
     art_bitmap_object Object(&Manager, ID);
     EXPECT_TRUE(Object.IsAnimated());
     EXPECT_DOUBLE_EQ(Object.GetAnimationLength(), 0.2);

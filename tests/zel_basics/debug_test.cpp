@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/debug_log_file.h"
 #include "tests/test_support.h"
 #include "zel_basics/debug.h"
 #include "zel_basics/lwpointers.h"
@@ -30,36 +31,6 @@ std::string AddressText(const void *Address)
     return std::to_string(reinterpret_cast<uintptr_t>(Address));
 }
 
-// Points the debug log at a fresh file for one test and puts the old path back afterwards.
-class debug_log_file
-{
-public:
-    debug_log_file() : SavedPath(DebugLogPath())
-    {
-        char Template[] = "/tmp/rofa_debug_log_XXXXXX";
-        int Descriptor = mkstemp(Template);
-        close(Descriptor);
-        Path = Template;
-        SetDebugLogPath(Path.c_str());
-    }
-    ~debug_log_file()
-    {
-        std::remove(Path.c_str());
-        SetDebugLogPath(SavedPath);
-    }
-    std::string Read() const
-    {
-        std::ifstream File(Path, std::ios::binary);
-        std::stringstream Text;
-        Text << File.rdbuf();
-        return Text.str();
-    }
-
-    std::string Path;
-
-private:
-    zel_string SavedPath;
-};
 
 const char *const NoStackLine = "*** ZELDebugLogCallStack() Not Debug-Build, no stack-trace information available.";
 
