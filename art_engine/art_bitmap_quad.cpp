@@ -9,6 +9,7 @@
 
 #include "art_engine/art_bitmap.h"
 #include "art_engine/art_image_span_2x2.h"
+#include "art_engine/art_span_buffer.h"
 #include "zel_basics/array.h"
 
 namespace {
@@ -53,21 +54,6 @@ private:
 // between them: along a row a bilinear mapping is linear, so nothing is lost but the rounding.
 typedef agg::span_interpolator_linear<quad_mapping, agg::image_subpixel_shift> quad_interpolator;
 
-// Room for the colours of one span, grown to the widest span of the drawing.
-class quad_span_buffer
-{
-public:
-    agg::rgba8 *allocate(unsigned Length)
-    {
-        if (Colors.GetNumberOfElements() < int(Length))
-            Colors.SetNumberOfElements(int(Length), agg::rgba8());
-        return &Colors[0];
-    }
-
-private:
-    array<agg::rgba8> Colors;
-};
-
 } // namespace
 
 void art_bitmap::DrawBitmapInQuad(reference_pointer<art_bitmap> Source, const int_rectangle &SourceRectangle,
@@ -102,6 +88,6 @@ void art_bitmap::DrawBitmapInQuad(reference_pointer<art_bitmap> Source, const in
     quad_interpolator Interpolator(TargetToSource);
     art_image_span_2x2<quad_interpolator> Generator(Image, Interpolator, Filter);
     agg::scanline_u8 Line;
-    quad_span_buffer Allocator;
+    art_span_buffer Allocator;
     agg::render_scanlines_aa(Rasterizer, Line, BaseRenderer, Allocator, Generator);
 }

@@ -12,27 +12,13 @@
 #include "art_engine/art_gradient_distance.h"
 #include "art_engine/art_gradient_interpolator.h"
 #include "art_engine/art_gradient_span_generator.h"
+#include "art_engine/art_span_buffer.h"
 #include "zel_basics/array.h"
 #include "zel_basics/debug.h"
 
 namespace {
 
 typedef agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_int> fade_rasterizer;
-
-// Room for the colours of one span, on AGG's span allocator interface, grown to the widest span.
-class fade_span_buffer
-{
-public:
-    agg::rgba8 *allocate(unsigned Length)
-    {
-        if (Colors.GetNumberOfElements() < int(Length))
-            Colors.SetNumberOfElements(int(Length), agg::rgba8());
-        return &Colors[0];
-    }
-
-private:
-    array<agg::rgba8> Colors;
-};
 
 // The angle of the gradient's axis, dx = 0 included, so that a gradient of no length has one too.
 double AxisAngle(double DX, double DY)
@@ -49,7 +35,7 @@ void RenderFade(fade_rasterizer &Rasterizer, art_bitmap &Target, art_gradient_in
                 const agg::rgba8 *Table, int64_t Length)
 {
     agg::scanline_u8 Line;
-    fade_span_buffer Allocator;
+    art_span_buffer Allocator;
     art_gradient_span_generator<Shape, Mirror> Generator(Interpolator, Table, Length);
     agg::render_scanlines_aa(Rasterizer, Line, Target.GetBaseRenderer(), Allocator, Generator);
 }

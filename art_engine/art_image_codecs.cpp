@@ -27,44 +27,28 @@ void KeepImageLibraryMessage(FREE_IMAGE_FORMAT Format, const char *Message)
     KeptImageLibraryMessage() = Text + (Message != nullptr ? Message : "");
 }
 
-// The PNG form: straight alpha, in the library's blue, green, red, alpha byte order, bottom row first.
-FIBITMAP *MakePNGBitmap(art_bitmap &Bitmap)
+// The form the library writes: straight alpha, in its blue, green, red (, alpha) byte order, bottom
+// row first; four bytes a pixel for PNG, three without alpha for JPEG.
+FIBITMAP *MakeWritableBitmap(art_bitmap &Bitmap, int BytesPerPixel)
 {
     int_point2d Size = Bitmap.GetSize();
-    FIBITMAP *FIBitmap = FreeImage_Allocate(Size.X, Size.Y, 32, 0xFF0000, 0xFF00, 0xFF);
+    FIBITMAP *FIBitmap = FreeImage_Allocate(Size.X, Size.Y, 8 * BytesPerPixel, 0xFF0000, 0xFF00, 0xFF);
     TOVAS_ASSERT(FIBitmap, nullptr);
-    for (int Y = 0; Y < Size.Y; Y++) {
-        const agg::rgba8 *Row = Bitmap.GetPixelRow(Size.Y - 1 - Y);
-        BYTE *Target = FreeImage_GetScanLine(FIBitmap, Y);
-        for (int X = 0; X < Size.X; X++, Target += 4) {
-            agg::rgba8 Pixel = Row[X];
-            UnpremultiplyPixel(Pixel);
-            Target[0] = Pixel.b;
-            Target[1] = Pixel.g;
-            Target[2] = Pixel.r;
-            Target[3] = Pixel.a;
-        }
+    if (BytesPerPixel == 3) {
+        FREE_IMAGE_COLOR_TYPE ColorType = FreeImage_GetColorType(FIBitmap);
+        TOVAS_ASSERT(ColorType==FIC_RGB, nullptr);
     }
-    return FIBitmap;
-}
-
-// The JPEG form: the same without alpha, three bytes a pixel.
-FIBITMAP *MakeJPEGBitmap(art_bitmap &Bitmap)
-{
-    int_point2d Size = Bitmap.GetSize();
-    FIBITMAP *FIBitmap = FreeImage_Allocate(Size.X, Size.Y, 24, 0xFF0000, 0xFF00, 0xFF);
-    TOVAS_ASSERT(FIBitmap, nullptr);
-    FREE_IMAGE_COLOR_TYPE ColorType = FreeImage_GetColorType(FIBitmap);
-    TOVAS_ASSERT(ColorType==FIC_RGB, nullptr);
     for (int Y = 0; Y < Size.Y; Y++) {
         const agg::rgba8 *Row = Bitmap.GetPixelRow(Size.Y - 1 - Y);
         BYTE *Target = FreeImage_GetScanLine(FIBitmap, Y);
-        for (int X = 0; X < Size.X; X++, Target += 3) {
+        for (int X = 0; X < Size.X; X++, Target += BytesPerPixel) {
             agg::rgba8 Pixel = Row[X];
             UnpremultiplyPixel(Pixel);
             Target[0] = Pixel.b;
             Target[1] = Pixel.g;
             Target[2] = Pixel.r;
+            if (BytesPerPixel == 4)
+                Target[3] = Pixel.a;
         }
     }
     return FIBitmap;
@@ -238,12 +222,12 @@ void SaveImageToString(zel_string &Target, reference_pointer<art_bitmap> Bitmap,
     int Flags = 0;
     switch (Format) {
     case ArtImageFormatPNG:
-        FIBitmap.Reset(MakePNGBitmap(*Bitmap));
+        FIBitmap.Reset(MakeWritableBitmap(*Bitmap, 4));
         FileType = FIF_PNG;
         Flags = PNG_DEFAULT;
         break;
     case ArtImageFormatJPEG:
-        FIBitmap.Reset(MakeJPEGBitmap(*Bitmap));
+        FIBitmap.Reset(MakeWritableBitmap(*Bitmap, 3));
         FileType = FIF_JPEG;
         Flags = Quality < 0 ? 75 : Quality;
         break;

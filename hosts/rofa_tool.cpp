@@ -9,7 +9,6 @@
 #include <cstring>
 #include <exception>
 
-#include <FreeImage.h>
 #include <agg_trans_affine.h>
 
 #include "art_engine/art_bitmap.h"
@@ -17,7 +16,7 @@
 #include "art_engine/art_builtin_documents.h"
 #include "art_engine/art_cache.h"
 #include "art_engine/art_file.h"
-#include "art_engine/art_free_image_handles.h"
+#include "art_engine/art_image_codecs.h"
 #include "hosts/object_listing.h"
 #include "hosts/object_tree_loading.h"
 #include "hosts/object_tree_saving.h"
@@ -254,29 +253,17 @@ int_point2d GetOutputSize(const render_options &Options, point2d Canvas)
     return int_point2d(static_cast<int32_t>(Width), static_cast<int32_t>(Height));
 }
 
-// The picture goes out with straight alpha, as image files keep it. The image library leaves the alpha
-// channel out of a picture whose every pixel is opaque.
+// The picture goes out with straight alpha, as image files keep it, encoded by the library's codecs.
 void WritePNG(art_bitmap &Picture, const zel_string &Path)
 {
-    int_point2d Size = Picture.GetSize();
-    free_image_bitmap Image(FreeImage_Allocate(Size.X, Size.Y, 32, FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK,
-                                               FI_RGBA_BLUE_MASK));
-    if (Image.Get() == nullptr)
-        throw zel_error("The picture can't be written to '" + Path + "': out of memory.");
-    for (int Y = 0; Y < Size.Y; Y++) {
-        // The image library keeps the bottom line first.
-        BYTE *Line = FreeImage_GetScanLine(Image.Get(), Size.Y - 1 - Y);
-        const agg::rgba8 *Row = Picture.GetPixelRow(Y);
-        for (int X = 0; X < Size.X; X++) {
-            agg::rgba8 Pixel = Row[X];
-            UnpremultiplyPixel(Pixel);
-            Line[4 * X + FI_RGBA_RED] = Pixel.r;
-            Line[4 * X + FI_RGBA_GREEN] = Pixel.g;
-            Line[4 * X + FI_RGBA_BLUE] = Pixel.b;
-            Line[4 * X + FI_RGBA_ALPHA] = Pixel.a;
-        }
-    }
-    if (!FreeImage_Save(FIF_PNG, Image.Get(), Path.GetString(), PNG_DEFAULT))
+    zel_string Bytes;
+    SaveImageToString(Bytes, reference_pointer<art_bitmap>(&Picture), ArtImageFormatPNG);
+    FILE *File = std::fopen(Path.GetString(), "wb");
+    bool Written = File != nullptr &&
+                   std::fwrite(Bytes.GetString(), 1, size_t(Bytes.GetLength()), File) == size_t(Bytes.GetLength());
+    if (File != nullptr && std::fclose(File) != 0)
+        Written = false;
+    if (!Written)
         throw zel_error("The picture can't be written to '" + Path + "'.");
 }
 
