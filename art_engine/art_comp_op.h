@@ -68,4 +68,28 @@ struct art_comp_op_adaptor_rgba
     }
 };
 
-typedef agg::pixfmt_custom_blend_rgba<art_comp_op_adaptor_rgba, agg::rendering_buffer> art_pixfmt_composite_rgba;
+class art_pixfmt_composite_rgba : public agg::pixfmt_custom_blend_rgba<art_comp_op_adaptor_rgba, agg::rendering_buffer>
+{
+public:
+    typedef agg::pixfmt_custom_blend_rgba<art_comp_op_adaptor_rgba, agg::rendering_buffer> base_type;
+
+    art_pixfmt_composite_rgba(agg::rendering_buffer &Buffer, unsigned Operation) : base_type(Buffer, Operation) {}
+
+    // One row of another bitmap, walked by bytes: AGG's own walk steps its four-byte pixel records
+    // further than one record, which leaves the record's array. Right to left when the target lies
+    // further right, so that a row blended onto itself reads no pixel after writing it.
+    template <class SourceFormat>
+    void blend_from(const SourceFormat &from, int xdst, int ydst, int xsrc, int ysrc, unsigned len, agg::int8u cover)
+    {
+        const agg::int8u *Source = from.pix_ptr(xsrc, ysrc);
+        agg::int8u *Target = pix_ptr(xdst, ydst);
+        ptrdiff_t Step = 4;
+        if (xdst > xsrc) {
+            Source += ptrdiff_t(len - 1) * 4;
+            Target += ptrdiff_t(len - 1) * 4;
+            Step = -4;
+        }
+        for (; len > 0; len--, Source += Step, Target += Step)
+            art_comp_op_adaptor_rgba::blend_pix(comp_op(), Target, Source[0], Source[1], Source[2], Source[3], cover);
+    }
+};

@@ -1,5 +1,6 @@
 #include "art_engine/art_image_codecs.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "art_engine/art_blend.h"
@@ -168,8 +169,9 @@ bool ReadImageSize(const zel_string &Data, int_point2d &Size)
     return Size.X > 0 && Size.Y > 0;
 }
 
-ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data)
+ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data, int MinimumLongSide)
 {
+    TOVAS_ASSERT(MinimumLongSide>=0, nullptr);
     SetImageLibraryMessageHook();
     FIMEMORY *FIMemoryHandle = OpenMemoryOver(Data);
     TOVAS_ASSERT(FIMemoryHandle, nullptr);
@@ -186,7 +188,10 @@ ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data)
             LogImageLoadError(Data, Refusal);
             return ownership_pointer<art_bitmap>();
         }
-        FIBITMAP *FIBitmap = FreeImage_LoadFromMemory(Format, FIMemoryHandle, 0);
+        // The JPEG decoder takes the size in the upper half of its flags, and scales while it
+        // decodes, so that the whole picture never exists in memory.
+        int Flags = Format == FIF_JPEG && MinimumLongSide > 0 ? std::min(MinimumLongSide, 0xffff) << 16 : 0;
+        FIBITMAP *FIBitmap = FreeImage_LoadFromMemory(Format, FIMemoryHandle, Flags);
         if (FIBitmap == nullptr) {
             LogImageLoadError(Data, GetImageLibraryMessage());
             return ownership_pointer<art_bitmap>();

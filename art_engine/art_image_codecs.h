@@ -29,8 +29,11 @@ int64_t GetAnimationMaximumPixels();
 
 // A null result, never an exception, when the bytes are of no known format, do not decode, end
 // before their picture does, or state a picture above the limit; the reason goes to the log. Formats
-// whose picture size cannot be read before decoding are not opened.
-ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data);
+// whose picture size cannot be read before decoding are not opened. With MinimumLongSide above 0, a
+// JPEG may come out smaller, at a half, a quarter or an eighth of its size: the smallest of these at
+// which the longer side, before its rounding up to whole pixels, is still at least MinimumLongSide.
+// Other formats come out whole.
+ownership_pointer<art_bitmap> LoadImageFromString(const zel_string &Data, int MinimumLongSide = 0);
 // Every page composed onto the canvas in turn. A null result when the bytes hold no readable
 // multi-page image; the reason goes to the log.
 ownership_pointer<art_animated_bitmap> LoadAnimatedImageFromString(const zel_string &Data);

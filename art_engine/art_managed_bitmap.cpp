@@ -240,9 +240,8 @@ void art_managed_bitmap::ClearUsage()
     Used = false;
 }
 
-int_rectangle art_managed_bitmap::GetUsedPixels()
+int_rectangle art_managed_bitmap::GetUsedPixels(int_point2d Size)
 {
-    int_point2d Size = GetBitmapSize();
     point2d End = UsedRegion.GetEnd();
     auto Floor = [](double V) { return std::floor(V); };
     auto Ceil = [](double V) { return std::ceil(V); };
@@ -251,9 +250,8 @@ int_rectangle art_managed_bitmap::GetUsedPixels()
     return int_rectangle(Low, High - Low);
 }
 
-int_point2d art_managed_bitmap::GetSizeInUse(const int_rectangle &Crop)
+int_point2d art_managed_bitmap::GetSizeInUse(const int_rectangle &Crop, int_point2d Size)
 {
-    int_point2d Size = GetBitmapSize();
     return int_point2d(GetLengthInUse(Crop.Size.X, UsedAtScale.X, Size.X),
                        GetLengthInUse(Crop.Size.Y, UsedAtScale.Y, Size.Y));
 }
@@ -262,18 +260,20 @@ zel_string art_managed_bitmap::GetBytesToSave()
 {
     SavedRegion = int_rectangle();
     // An animation would lose its frames, and a file that does not decode has nothing to re-encode.
-    if (IsAnimated || !HasFrames())
+    int_point2d Size;
+    if (IsAnimated || !ReadBitmapSize(Size))
         return OriginalFileBytes;
-    int_point2d Size = GetBitmapSize();
     SavedRegion = int_rectangle(int_point2d(0, 0), Size);
-    int_rectangle Crop = GetUsedPixels();
+    int_rectangle Crop = GetUsedPixels(Size);
     if (Crop.IsEmpty())
         return OriginalFileBytes;
-    int_point2d SizeInUse = GetSizeInUse(Crop);
+    int_point2d SizeInUse = GetSizeInUse(Crop, Size);
     double Budget = std::ceil(double(SizeInUse.X) * double(SizeInUse.Y) * 0.33);
     if ((Crop == SavedRegion && SizeInUse == Size) || OriginalFileBytes.GetLength() <= Budget)
         return OriginalFileBytes;
     ownership_pointer<art_bitmap> Picture = MakeSavedPicture(Crop, SizeInUse);
+    if (!Picture.IsSet())
+        return OriginalFileBytes;
     zel_string Encoded;
     SaveImageUnderSize(Encoded, Picture, static_cast<int>(Budget), false);
     // Re-encoding loses detail, which only pays when it saves bytes.
@@ -283,17 +283,59 @@ zel_string art_managed_bitmap::GetBytesToSave()
     return Encoded;
 }
 
+ownership_pointer<art_bitmap> art_managed_bitmap::DecodeForSave(const int_rectangle &Crop, int_point2d PictureSize,
+                                                                 int_rectangle &Area)
+{
+    Area = Crop;
+    int_point2d Full;
+    if (!ReadBitmapSize(Full))
+        return ownership_pointer<art_bitmap>();
+    double Fraction = std::max(double(PictureSize.X) / Crop.Size.X, double(PictureSize.Y) / Crop.Size.Y);
+    int LongSide = static_cast<int>(std::ceil(std::max(Full.X, Full.Y) * std::min(Fraction, 1.0)));
+    ownership_pointer<art_bitmap> Picture = LoadImageFromString(OriginalFileBytes, LongSide);
+    if (!Picture.IsSet())
+        return Picture;
+    int_point2d Got = Picture->GetSize();
+    if (Got == Full)
+        return Picture;
+    auto Scaled = [](int Value, int To, int From, bool Up) {
+        int64_t Product = int64_t(Value) * To;
+        return static_cast<int>(Up ? (Product + From - 1) / From : Product / From);
+    };
+    int_point2d Low(Scaled(Crop.Location.X, Got.X, Full.X, false), Scaled(Crop.Location.Y, Got.Y, Full.Y, false));
+    int_point2d High(std::min(Got.X, Scaled(Crop.Location.X + Crop.Size.X, Got.X, Full.X, true)),
+                     std::min(Got.Y, Scaled(Crop.Location.Y + Crop.Size.Y, Got.Y, Full.Y, true)));
+    Area = int_rectangle(Low, High - Low);
+    return Picture;
+}
+
 ownership_pointer<art_bitmap> art_managed_bitmap::MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize)
 {
-    ownership_pointer<art_bitmap> Cropped(new art_bitmap(Crop.Size.X, Crop.Size.Y));
-    Cropped->CopyBitmap(0, 0, GetMipLevel(0, 0), Crop);
-    if (PictureSize == Crop.Size)
+    // Pixels that are on screen already serve as they are; otherwise only as many are decoded as
+    // the saved picture needs, and they go again once cropped.
+    int_rectangle Area = Crop;
+    ownership_pointer<art_bitmap> Decoded;
+    reference_pointer<art_bitmap> Source;
+    if (IsDecoded()) {
+        if (!HasFrames())
+            return ownership_pointer<art_bitmap>();
+        Source = GetMipLevel(0, 0);
+    } else {
+        Decoded = DecodeForSave(Crop, PictureSize, Area);
+        Source = Decoded.Get();
+    }
+    if (!Source.IsSet() || Area.IsEmpty())
+        return ownership_pointer<art_bitmap>();
+    ownership_pointer<art_bitmap> Cropped(new art_bitmap(Area.Size.X, Area.Size.Y));
+    Cropped->CopyBitmap(0, 0, Source, Area);
+    Decoded.Reset();
+    if (PictureSize == Area.Size)
         return Cropped;
     // Shrunk from a level near the size in use, as a drawing would be, so that the bilinear filter
     // does not skip pixels.
     array<int_point2d> Sizes;
-    ComputeMipSizes(Crop.Size, Sizes);
-    double M = (double(PictureSize.X) / Crop.Size.X + double(PictureSize.Y) / Crop.Size.Y) * 0.5;
+    ComputeMipSizes(Area.Size, Sizes);
+    double M = (double(PictureSize.X) / Area.Size.X + double(PictureSize.Y) / Area.Size.Y) * 0.5;
     int Level = SelectMipLevel(M, Sizes.GetNumberOfElements());
     while (Level > 0 && (Sizes[Level].X == 0 || Sizes[Level].Y == 0))
         Level--;

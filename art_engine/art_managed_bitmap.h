@@ -87,13 +87,16 @@ private:
     void DecodeOnce();
     void Decode();
     void CheckFrame(int FrameIndex);
-    // The pixels in use, rounded outward and kept inside the image.
-    int_rectangle GetUsedPixels();
+    // The pixels in use of an image of Size, rounded outward and kept inside the image.
+    int_rectangle GetUsedPixels(int_point2d Size);
     // The size of Crop on screen, never more than Crop itself.
-    int_point2d GetSizeInUse(const int_rectangle &Crop);
+    int_point2d GetSizeInUse(const int_rectangle &Crop, int_point2d Size);
     // The file bytes that a save writes; sets SavedRegion.
     zel_string GetBytesToSave();
     ownership_pointer<art_bitmap> MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize);
+    // The picture decoded no larger than a save of Crop at PictureSize needs, with Area the crop on
+    // its grid; null when the file does not decode.
+    ownership_pointer<art_bitmap> DecodeForSave(const int_rectangle &Crop, int_point2d PictureSize, int_rectangle &Area);
 
     int32_t BitmapID;
     zel_string OriginalFileName;

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -792,6 +793,113 @@ TEST(art_bitmap_manager, ImageShownSmallerIsReencodedWithinTheBudget)
     EXPECT_LE(WorstDifference, 16);
     // Shrinking keeps the whole picture, so objects keep their coordinates.
     EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(0, 0), int_point2d(256, 256)));
+}
+
+namespace {
+
+// A JPEG of 800x600 in smooth gradients, which survive shrinking and lossy coding nearly unchanged.
+bitmap_owner MakeSmoothPhoto()
+{
+    return MakeBitmap(800, 600, [](int X, int Y) {
+        return pixel{uint8_t(X * 255 / 799), uint8_t(Y * 255 / 599), uint8_t((X + Y) * 255 / 1398), 255};
+    });
+}
+
+zel_string EncodeJPEG(bitmap_owner &Bitmap)
+{
+    zel_string Bytes;
+    SaveImageToString(Bytes, Bitmap, ArtImageFormatJPEG, 95);
+    return Bytes;
+}
+
+// The saved picture of Bitmap, written by the bitmap itself so that what it decodes stays visible.
+bitmap_owner SaveAndDecode(reference_pointer<art_managed_bitmap> Bitmap)
+{
+    xbd_file File;
+    ownership_pointer<xbd_tag> Bitmaps(new xbd_tag("bitmaps", &File));
+    Bitmap->SaveToTag(Bitmaps);
+    return LoadImageFromString(Bitmaps->GetChildren()[0]->GetAttribute("pixel_data", ""));
+}
+
+// The largest difference, over red, green and blue, between each saved pixel and the mean of the
+// Side by Side block of Photo that it stands for, starting at Origin.
+int WorstBlockDifference(art_bitmap &Saved, art_bitmap &Photo, int_point2d Origin, int Side)
+{
+    int Worst = 0;
+    for (int Y = 0; Y < Saved.GetSize().Y; Y++)
+        for (int X = 0; X < Saved.GetSize().X; X++) {
+            int Sums[3] = {0, 0, 0};
+            for (int J = 0; J < Side; J++)
+                for (int I = 0; I < Side; I++) {
+                    pixel P = GetPixel(Photo, Origin.X + X * Side + I, Origin.Y + Y * Side + J);
+                    Sums[0] += P.R;
+                    Sums[1] += P.G;
+                    Sums[2] += P.B;
+                }
+            pixel S = GetPixel(Saved, X, Y);
+            int Got[3] = {S.R, S.G, S.B};
+            for (int C = 0; C < 3; C++)
+                Worst = std::max(Worst, std::abs(Got[C] - Sums[C] / (Side * Side)));
+        }
+    return Worst;
+}
+
+} // namespace
+
+TEST(art_bitmap_manager, PhotoShownSmallIsSavedWithoutDecodingItWhole)
+{
+    bitmap_owner Photo = MakeSmoothPhoto();
+    art_bitmap_manager Manager;
+    reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
+    Bitmap->NoteUsage(rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60));
+    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    // The save kept no pixels of its own: the next drawing decodes the picture as it always did.
+    EXPECT_FALSE(Bitmap->IsDecoded());
+    ASSERT_TRUE(Saved.IsSet());
+    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
+    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(0, 0), 10), 6);
+    EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(0, 0), int_point2d(800, 600)));
+}
+
+TEST(art_bitmap_manager, PhotoUsedInPartAndSmallIsCroppedOnTheReducedGrid)
+{
+    bitmap_owner Photo = MakeSmoothPhoto();
+    art_bitmap_manager Manager;
+    reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
+    // The whole photo would be 160x120 on screen, so the quarter in use is 80x60, and its budget
+    // of 1,584 bytes keeps a JPEG of it close to the photo.
+    Bitmap->NoteUsage(rectangle(point2d(400, 200), point2d(400, 300)), point2d(160, 120));
+    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    EXPECT_FALSE(Bitmap->IsDecoded());
+    ASSERT_TRUE(Saved.IsSet());
+    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
+    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(400, 200), 5), 6);
+    // The crop is kept in the pixels of the whole picture, whatever grid it was cut on.
+    EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(400, 200), int_point2d(400, 300)));
+
+    // Edges that fall between pixels of the reduced grid still give the size in use, rounded up:
+    // 80 * 794 / 800 = 79.4 and 60 * 585 / 600 = 58.5.
+    Bitmap->ClearUsage();
+    Bitmap->NoteUsage(rectangle(point2d(3, 5), point2d(794, 585)), point2d(80, 60));
+    Saved = SaveAndDecode(Bitmap);
+    ASSERT_TRUE(Saved.IsSet());
+    EXPECT_EQ(Saved->GetSize(), int_point2d(80, 59));
+    EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(3, 5), int_point2d(794, 585)));
+}
+
+TEST(art_bitmap_manager, PhotoOnScreenIsSavedFromThePixelsInMemory)
+{
+    bitmap_owner Photo = MakeSmoothPhoto();
+    art_bitmap_manager Manager;
+    reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
+    ASSERT_TRUE(Bitmap->GetMipLevel(0, 0).IsSet());
+    Bitmap->NoteUsage(rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60));
+    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    EXPECT_TRUE(Bitmap->IsDecoded());
+    ASSERT_TRUE(Saved.IsSet());
+    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
+    // Through the mip levels and the bilinear filter, a little further from the block means.
+    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(0, 0), 10), 8);
 }
 
 TEST(art_bitmap_manager, ImageUsedInPartIsCroppedAndObjectsAreMovedOntoTheCrop)

@@ -597,6 +597,35 @@ TEST(ArtCompositeBitmap, DstOverRandomRows)
     EXPECT_TRUE(BitmapIs(Target, Want.data()));
 }
 
+TEST(ArtCompositeBitmap, DstOverOffsetSidewaysFromAnotherBitmapAndOntoItself)
+{
+    std::mt19937 Random(4242);
+    for (int Shift : {-5, -1, 1, 3, 17}) {
+        art_bitmap Source(RandomSide, 2);
+        art_bitmap Target(RandomSide, 2);
+        FillRandom(Source, Random);
+        FillRandom(Target, Random);
+        int Length = RandomSide - 17 - 5;
+        int From = 5;
+        std::vector<agg::rgba8> Want(Target.GetPixelRow(0), Target.GetPixelRow(0) + 2 * RandomSide);
+        std::vector<agg::rgba8> SourceRow(Source.GetPixelRow(1), Source.GetPixelRow(1) + RandomSide);
+        std::vector<agg::rgba8> WantSelf(SourceRow);
+        for (int X = 0; X < Length; X++) {
+            Want[From + Shift + X] = plain::DstOver(Want[From + Shift + X], Source.GetPixelRow(0)[From + X], 200);
+            // Onto itself, every pixel is read before the walk writes over it.
+            WantSelf[From + Shift + X] = plain::DstOver(WantSelf[From + Shift + X], SourceRow[From + X], 200);
+        }
+        Target.CompositeBitmap(From + Shift, 0, &Source, int_rectangle(int_point2d(From, 0), int_point2d(Length, 1)),
+                               200, CompOpDstOver);
+        EXPECT_TRUE(BitmapIs(Target, Want.data())) << "shift " << Shift;
+        Source.CompositeBitmap(From + Shift, 1, &Source, int_rectangle(int_point2d(From, 1), int_point2d(Length, 1)),
+                               200, CompOpDstOver);
+        EXPECT_TRUE(std::equal(WantSelf.begin(), WantSelf.end(), Source.GetPixelRow(1),
+                               [](agg::rgba8 A, agg::rgba8 B) { return PixelText(A) == PixelText(B); }))
+            << "shift " << Shift;
+    }
+}
+
 TEST(ArtCompositeBitmap, SourceWithAlphaZeroLeavesTargetUnchanged)
 {
     art_bitmap Source(Grid, 1);

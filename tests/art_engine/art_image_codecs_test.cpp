@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -242,4 +243,74 @@ TEST_F(ArtImageCodecs, PictureLimitCountsPixels)
     EXPECT_FALSE(Refused.IsSet());
     EXPECT_NE(Log().find("Error=The picture is too large to open: 11 x 10 pixels.\n"), std::string::npos) << Log();
     EXPECT_EQ(GetImageMaximumPixels(), ArtImageMaximumPixels);
+}
+
+namespace {
+
+// The mean of channel C over the Side by Side block at (X, Y) of Bitmap, clipped at its edges.
+double BlockMean(art_bitmap &Bitmap, int X, int Y, int Side, int C)
+{
+    int Sum = 0;
+    int Count = 0;
+    for (int J = Y * Side; J < std::min((Y + 1) * Side, Bitmap.GetSize().Y); J++)
+        for (int I = X * Side; I < std::min((X + 1) * Side, Bitmap.GetSize().X); I++, Count++)
+            Sum += reinterpret_cast<const uint8_t *>(&Bitmap.GetPixelRow(J)[I])[C];
+    return double(Sum) / Count;
+}
+
+} // namespace
+
+TEST_F(ArtImageCodecs, JpegDecodesAtTheSmallestReductionThatKeepsTheLongSide)
+{
+    rgba_bytes Smooth;
+    for (int Y = 0; Y < 601; Y++)
+        for (int X = 0; X < 803; X++)
+            for (int Byte : {X * 255 / 802, Y * 255 / 600, (X + Y) * 255 / 1402, 255})
+                Smooth.push_back(static_cast<uint8_t>(Byte));
+    zel_string Bytes = ToZel(ReadBytes(MakeFile(Smooth, 803, 601, "-alpha off -quality 95", "smooth.jpg")));
+    // A reduction is taken when the longer side divided by 2, 4 or 8 is at least the size asked for;
+    // its picture's sides are then rounded up: 803 / 8 = 100.4 gives 101, 601 / 4 = 150.25 gives 151.
+    struct reduction
+    {
+        int Asked;
+        int_point2d Size;
+    };
+    const reduction Reductions[] = {{0, {803, 601}},   {1, {101, 76}},    {100, {101, 76}},  {101, {201, 151}},
+                                    {200, {201, 151}}, {201, {402, 301}}, {401, {402, 301}}, {402, {803, 601}},
+                                    {803, {803, 601}}, {70000, {803, 601}}};
+    for (const reduction &Reduction : Reductions) {
+        ownership_pointer<art_bitmap> Bitmap = LoadImageFromString(Bytes, Reduction.Asked);
+        ASSERT_TRUE(Bitmap.IsSet()) << Reduction.Asked;
+        EXPECT_EQ(Bitmap->GetSize(), Reduction.Size) << Reduction.Asked;
+        EXPECT_FALSE(Bitmap->HasTransparency());
+    }
+    // Every pixel of the eighth shows its 8 by 8 block of the whole picture.
+    ownership_pointer<art_bitmap> Whole = LoadImageFromString(Bytes);
+    ownership_pointer<art_bitmap> Eighth = LoadImageFromString(Bytes, 100);
+    ASSERT_EQ(Eighth->GetSize(), int_point2d(101, 76));
+    double Worst = 0;
+    for (int Y = 0; Y < 75; Y++)
+        for (int X = 0; X < 100; X++)
+            for (int C = 0; C < 3; C++)
+                Worst = std::max(Worst, std::fabs(BlockMean(*Whole, X, Y, 8, C) -
+                                                  reinterpret_cast<const uint8_t *>(&Eighth->GetPixelRow(Y)[X])[C]));
+    EXPECT_LE(Worst, 4.0);
+}
+
+TEST_F(ArtImageCodecs, ReductionLeavesOtherFormatsWhole)
+{
+    for (const char *Name : {"picture.png", "picture.gif"}) {
+        std::string Path = MakeFile(Opaque(300, 200), 300, 200, "", Name);
+        ownership_pointer<art_bitmap> Bitmap = LoadImageFromString(ToZel(ReadBytes(Path)), 20);
+        ASSERT_TRUE(Bitmap.IsSet()) << Name;
+        EXPECT_EQ(Bitmap->GetSize(), int_point2d(300, 200)) << Name;
+    }
+}
+
+TEST_F(ArtImageCodecs, ReducedJpegCutShortStillGivesNull)
+{
+    std::string Whole = ReadBytes(MakeFile(Opaque(640, 480), 640, 480, "-alpha off -quality 90", "photo.jpg"));
+    ownership_pointer<art_bitmap> Bitmap;
+    EXPECT_NO_THROW(Bitmap = LoadImageFromString(ToZel(Whole.substr(0, Whole.size() / 2)), 80));
+    EXPECT_FALSE(Bitmap.IsSet());
 }
