@@ -82,7 +82,7 @@ art_hsbc_pixel_filter::art_hsbc_pixel_filter(double HShift, double SShift, doubl
     ColorizeSat = ClampByte(static_cast<int>((SShift + 1) * 0.5 * 255));
     double SatFactor = SShift > 0 ? 255 / ((1 - SShift) * 254 + 1) : SShift + 1;
     for (int S = 0; S < 385; S++)
-        SatOfS[S] = static_cast<uint8_t>(ClampByte(static_cast<int>(S * SatFactor)));
+        SatOfS[S] = static_cast<uint32_t>(ClampByte(static_cast<int>(S * SatFactor)));
     if (!(SShift > -0.999))
         HueStep = HueStepGrey;
     else if (Colorize)
@@ -221,6 +221,12 @@ void art_hsbc_pixel_filter::FilterPixel(agg::rgba8 &Pixel) const
 }
 
 void art_hsbc_pixel_filter::FilterPixels(agg::rgba8 *Pixels, int Count) const
+{
+    int Done = FilterPixelsVector(Pixels, Count);
+    FilterPixelsOneByOne(Pixels + Done, Count - Done);
+}
+
+void art_hsbc_pixel_filter::FilterPixelsOneByOne(agg::rgba8 *Pixels, int Count) const
 {
     switch (HueStep) {
     case HueStepNone: FilterRun<HueStepNone>(Pixels, Count); break;

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "art_engine/art_blend.h"
 #include "art_engine/art_hsbc_filter.h"
@@ -476,6 +477,50 @@ TEST_P(ArtHsbcFilterPreset, TranslucentPixelsMatchThePlainArithmetic)
     Bitmap.CopyBitmap(0, 0, &Original);
     DrawFilter(Filter, Bitmap);
     EXPECT_TRUE(PixelsAre(Bitmap, [&](int X, int Y) { return Plain.Apply(At(Original, X, Y)); }));
+    // The one-by-one arithmetic, which the drawing may not have used, on its own.
+    Bitmap.CopyBitmap(0, 0, &Original);
+    art_hsbc_pixel_filter Pixels = Filter.MakePixelFilter();
+    for (int Y = 0; Y < Side; Y++)
+        Pixels.FilterPixelsOneByOne(Bitmap.GetPixelRow(Y), Side);
+    EXPECT_TRUE(PixelsAre(Bitmap, [&](int X, int Y) { return Plain.Apply(At(Original, X, Y)); }));
+}
+
+TEST_P(ArtHsbcFilterPreset, VectorKernelGivesTheOneByOneBytesForAnyBytesAndAnyLength)
+{
+    if (!art_hsbc_pixel_filter::HasVectorKernel())
+        GTEST_SKIP() << "this processor has no vector kernel to compare";
+    art_hsbc_filter Filter;
+    Apply(Filter, GetParam());
+    art_hsbc_pixel_filter Pixels = Filter.MakePixelFilter();
+    // Any four bytes, colour above alpha included, as a damaged layer could hold them; every alpha
+    // occurs, and the rows end part way through a group of eight.
+    std::mt19937 Random(77);
+    for (int Length : {1, 7, 8, 9, 15, 16, 1021}) {
+        std::vector<agg::rgba8> Row(size_t(Length) * 256);
+        for (size_t I = 0; I < Row.size(); I++) {
+            uint32_t Word = Random();
+            Row[I] = Pixel(uint8_t(Word), uint8_t(Word >> 8), uint8_t(Word >> 16), int(I % 256));
+        }
+        std::shuffle(Row.begin(), Row.end(), Random);
+        std::vector<agg::rgba8> Want(Row);
+        for (size_t Start = 0; Start < Row.size(); Start += size_t(Length)) {
+            Pixels.FilterPixels(Row.data() + Start, Length);
+            Pixels.FilterPixelsOneByOne(Want.data() + Start, Length);
+        }
+        for (size_t I = 0; I < Row.size(); I++)
+            ASSERT_EQ(Text(Want[I]), Text(Row[I])) << "length " << Length << ", pixel " << I;
+    }
+    // Groups of eight that are all opaque skip the division, and groups that mix do not.
+    std::vector<agg::rgba8> Mixed(64);
+    for (size_t I = 0; I < Mixed.size(); I++)
+        Mixed[I] = Pixel(uint8_t(I * 37), uint8_t(I * 91), uint8_t(I * 13), I == 42 ? 254 : 255);
+    std::vector<agg::rgba8> Want(Mixed);
+    EXPECT_EQ(64, Pixels.FilterPixelsVector(Mixed.data(), 64));
+    Pixels.FilterPixelsOneByOne(Want.data(), 64);
+    for (size_t I = 0; I < Mixed.size(); I++)
+        ASSERT_EQ(Text(Want[I]), Text(Mixed[I])) << "pixel " << I;
+    EXPECT_EQ(0, Pixels.FilterPixelsVector(Mixed.data(), 7));
+    EXPECT_EQ(16, Pixels.FilterPixelsVector(Mixed.data(), 23));
 }
 
 INSTANTIATE_TEST_SUITE_P(Presets, ArtHsbcFilterPreset, testing::ValuesIn(Presets),
