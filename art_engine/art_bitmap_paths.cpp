@@ -16,12 +16,12 @@
 #include <agg_scanline_boolean_algebra.h>
 
 #include "art_engine/art_blend.h"
+#include "art_engine/art_rasterizer.h"
 #include "art_engine/art_span_router.h"
 #include "zel_basics/debug.h"
 
 namespace {
 
-typedef agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_int> art_rasterizer;
 typedef agg::conv_curve<art_path> art_curve;
 // The matrix is only read.
 template <class VertexSource> using art_transform = agg::conv_transform<VertexSource, const agg::trans_affine>;

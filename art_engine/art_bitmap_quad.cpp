@@ -1,7 +1,6 @@
 // Drawing an image into any four-cornered figure: photos, mip levels and their reductions all
 // come through here.
 #include <agg_image_filters.h>
-#include <agg_rasterizer_scanline_aa.h>
 #include <agg_renderer_scanline.h>
 #include <agg_scanline_u.h>
 #include <agg_span_interpolator_linear.h>
@@ -9,6 +8,7 @@
 
 #include "art_engine/art_bitmap.h"
 #include "art_engine/art_image_span_2x2.h"
+#include "art_engine/art_rasterizer.h"
 #include "art_engine/art_span_buffer.h"
 #include "zel_basics/array.h"
 
@@ -76,7 +76,7 @@ void art_bitmap::DrawBitmapInQuad(reference_pointer<art_bitmap> Source, const in
 
     // The rasterizer's gamma is the identity from construction, so the figure's edges get the exact
     // covered area.
-    agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_int> Rasterizer;
+    art_rasterizer Rasterizer;
     Rasterizer.filling_rule(agg::fill_non_zero);
     Rasterizer.clip_box(0, 0, Size.X, Size.Y);
     Rasterizer.move_to_d(Corners[0].X, Corners[0].Y);

@@ -4,7 +4,6 @@
 
 #include <agg_conv_curve.h>
 #include <agg_conv_transform.h>
-#include <agg_rasterizer_scanline_aa.h>
 #include <agg_renderer_scanline.h>
 #include <agg_scanline_u.h>
 
@@ -12,13 +11,14 @@
 #include "art_engine/art_gradient_distance.h"
 #include "art_engine/art_gradient_interpolator.h"
 #include "art_engine/art_gradient_span_generator.h"
+#include "art_engine/art_rasterizer.h"
 #include "art_engine/art_span_buffer.h"
 #include "zel_basics/array.h"
 #include "zel_basics/debug.h"
 
 namespace {
 
-typedef agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_int> fade_rasterizer;
+typedef art_rasterizer fade_rasterizer;
 
 // The angle of the gradient's axis, dx = 0 included, so that a gradient of no length has one too.
 double AxisAngle(double DX, double DY)

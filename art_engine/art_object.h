@@ -4,11 +4,11 @@
 #include <typeinfo>
 
 #include <agg_color_rgba.h>
-#include <agg_rasterizer_scanline_aa.h>
 #include <agg_trans_affine.h>
 
 #include "art_engine/art_events.h"
 #include "art_engine/art_path.h"
+#include "art_engine/art_rasterizer.h"
 #include "xbd/xbd.h"
 #include "zel_basics/array.h"
 #include "zel_basics/array_iterator.h"
@@ -44,7 +44,7 @@ inline bool IsStencilStackMode(int Mode)
 }
 
 // Where the coverage of stencil shapes is gathered for scan conversion.
-typedef agg::rasterizer_scanline_aa<> art_coverage;
+typedef art_rasterizer art_coverage;
 
 // The node of every tree: documents, the viewer and the editor's interface. Object space has its
 // origin at the top-left corner and the size as extent; object to parent is

@@ -1,10 +1,10 @@
 #include "art_engine/art_solid_box.h"
 
-#include <agg_rasterizer_scanline_aa.h>
 #include <agg_renderer_scanline.h>
 #include <agg_scanline_u.h>
 
 #include "art_engine/art_bitmap.h"
+#include "art_engine/art_rasterizer.h"
 #include "zel_basics/debug.h"
 
 void FillSolidBox(reference_pointer<bitmap_interface> Target, const agg::trans_affine &Matrix, const rectangle &Box,
@@ -14,7 +14,9 @@ void FillSolidBox(reference_pointer<bitmap_interface> Target, const agg::trans_a
     point2d End = Box.GetEnd();
     double Xs[4] = {Box.Location.X, End.X, End.X, Box.Location.X};
     double Ys[4] = {Box.Location.Y, Box.Location.Y, End.Y, End.Y};
-    agg::rasterizer_scanline_aa<> Rasterizer;
+    art_rasterizer Rasterizer;
+    // Clipped to the target, so that a box far larger than the bitmap costs no more than the bitmap.
+    Rasterizer.clip_box(0, 0, Target->GetSize().X, Target->GetSize().Y);
     for (int I = 0; I < 4; I++) {
         Matrix.transform(&Xs[I], &Ys[I]);
         if (I == 0)

@@ -650,3 +650,49 @@ TEST(ArtSpanRouter, APerPixelSpanStaysPerPixelWhenEveryCoverIsFull)
 }
 
 } // namespace
+
+TEST(ArtScanConversion, VerticesFarBeyondAnyBitmapStillFillWhatTheyCover)
+{
+    // A square from -1e31 to 1e31 on each axis covers every pixel, as it would at any size that
+    // fits the fixed-point grid. (An infinite coordinate is no case of its own: any matrix, the
+    // identity too, multiplies it by 0 somewhere and makes it not a number.)
+    for (double Far : {1e7, 1e12, 1e31}) {
+        art_bitmap Bitmap(8, 6);
+        ClearToTransparent(Bitmap);
+        art_path Path;
+        Path.move_to(-Far, -Far);
+        Path.line_to(Far, -Far);
+        Path.line_to(Far, Far);
+        Path.line_to(-Far, Far);
+        Path.close_polygon();
+        Bitmap.FillPath(Path, White, agg::trans_affine(), false, 1.0);
+        for (int Y = 0; Y < 6; Y++)
+            for (int X = 0; X < 8; X++)
+                ASSERT_EQ(255u, CoverAt(Bitmap, X, Y)) << Far << " at " << X << "," << Y;
+    }
+}
+
+TEST(ArtScanConversion, AVertexThatIsNotANumberCountsAsZero)
+{
+    art_bitmap Bitmap(12, 12);
+    art_bitmap Want(12, 12);
+    ClearToTransparent(Bitmap);
+    ClearToTransparent(Want);
+    // The matrix mixes both coordinates into each, so one that is not a number spoils both.
+    auto Triangle = [](double V) {
+        art_path Path;
+        Path.move_to(1, 11);
+        Path.line_to(V, V);
+        Path.line_to(11, 6);
+        Path.close_polygon();
+        return Path;
+    };
+    art_path Damaged = Triangle(std::nan(""));
+    art_path AtZero = Triangle(0);
+    Bitmap.FillPath(Damaged, White, agg::trans_affine(), false, 1.0);
+    Want.FillPath(AtZero, White, agg::trans_affine(), false, 1.0);
+    for (int Y = 0; Y < 12; Y++)
+        for (int X = 0; X < 12; X++)
+            ASSERT_EQ(CoverAt(Want, X, Y), CoverAt(Bitmap, X, Y)) << X << "," << Y;
+    EXPECT_EQ(255u, CoverAt(Bitmap, 4, 6));
+}
