@@ -844,6 +844,26 @@ int WorstBlockDifference(art_bitmap &Saved, art_bitmap &Photo, int_point2d Origi
     return Worst;
 }
 
+// Bitmap used over Region, with the whole photo Shown that large on screen, and saved: the saved
+// picture is Size, and with Side above 0 each of its pixels lies within Tolerance of the mean of its
+// Side by Side block of Photo.
+testing::AssertionResult SavedPictureIs(reference_pointer<art_managed_bitmap> Bitmap, const rectangle &Region,
+                                        point2d Shown, art_bitmap &Photo, int_point2d Size, int Side, int Tolerance)
+{
+    Bitmap->ClearUsage();
+    Bitmap->NoteUsage(Region, Shown);
+    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    if (!Saved.IsSet())
+        return testing::AssertionFailure() << "the saved bytes do not decode";
+    if (Saved->GetSize() != Size)
+        return testing::AssertionFailure() << "saved at " << Saved->GetSize().X << "x" << Saved->GetSize().Y;
+    int_point2d Origin(static_cast<int>(Region.Location.X), static_cast<int>(Region.Location.Y));
+    int Worst = Side > 0 ? WorstBlockDifference(*Saved, Photo, Origin, Side) : 0;
+    if (Worst > Tolerance)
+        return testing::AssertionFailure() << "a pixel lies " << Worst << " from its block";
+    return testing::AssertionSuccess();
+}
+
 } // namespace
 
 TEST(art_bitmap_manager, PhotoShownSmallIsSavedWithoutDecodingItWhole)
@@ -851,13 +871,10 @@ TEST(art_bitmap_manager, PhotoShownSmallIsSavedWithoutDecodingItWhole)
     bitmap_owner Photo = MakeSmoothPhoto();
     art_bitmap_manager Manager;
     reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
-    Bitmap->NoteUsage(rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60));
-    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    EXPECT_TRUE(SavedPictureIs(Bitmap, rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60), *Photo,
+                               int_point2d(80, 60), 10, 6));
     // The save kept no pixels of its own: the next drawing decodes the picture as it always did.
     EXPECT_FALSE(Bitmap->IsDecoded());
-    ASSERT_TRUE(Saved.IsSet());
-    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
-    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(0, 0), 10), 6);
     EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(0, 0), int_point2d(800, 600)));
 }
 
@@ -868,22 +885,15 @@ TEST(art_bitmap_manager, PhotoUsedInPartAndSmallIsCroppedOnTheReducedGrid)
     reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
     // The whole photo would be 160x120 on screen, so the quarter in use is 80x60, and its budget
     // of 1,584 bytes keeps a JPEG of it close to the photo.
-    Bitmap->NoteUsage(rectangle(point2d(400, 200), point2d(400, 300)), point2d(160, 120));
-    bitmap_owner Saved = SaveAndDecode(Bitmap);
+    EXPECT_TRUE(SavedPictureIs(Bitmap, rectangle(point2d(400, 200), point2d(400, 300)), point2d(160, 120), *Photo,
+                               int_point2d(80, 60), 5, 6));
     EXPECT_FALSE(Bitmap->IsDecoded());
-    ASSERT_TRUE(Saved.IsSet());
-    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
-    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(400, 200), 5), 6);
     // The crop is kept in the pixels of the whole picture, whatever grid it was cut on.
     EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(400, 200), int_point2d(400, 300)));
-
     // Edges that fall between pixels of the reduced grid still give the size in use, rounded up:
     // 80 * 794 / 800 = 79.4 and 60 * 585 / 600 = 58.5.
-    Bitmap->ClearUsage();
-    Bitmap->NoteUsage(rectangle(point2d(3, 5), point2d(794, 585)), point2d(80, 60));
-    Saved = SaveAndDecode(Bitmap);
-    ASSERT_TRUE(Saved.IsSet());
-    EXPECT_EQ(Saved->GetSize(), int_point2d(80, 59));
+    EXPECT_TRUE(SavedPictureIs(Bitmap, rectangle(point2d(3, 5), point2d(794, 585)), point2d(80, 60), *Photo,
+                               int_point2d(80, 59), 0, 0));
     EXPECT_EQ(Bitmap->GetSavedRegion(), int_rectangle(int_point2d(3, 5), int_point2d(794, 585)));
 }
 
@@ -893,13 +903,10 @@ TEST(art_bitmap_manager, PhotoOnScreenIsSavedFromThePixelsInMemory)
     art_bitmap_manager Manager;
     reference_pointer<art_managed_bitmap> Bitmap = Manager.AddBitmap(EncodeJPEG(Photo), "photo.jpg");
     ASSERT_TRUE(Bitmap->GetMipLevel(0, 0).IsSet());
-    Bitmap->NoteUsage(rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60));
-    bitmap_owner Saved = SaveAndDecode(Bitmap);
-    EXPECT_TRUE(Bitmap->IsDecoded());
-    ASSERT_TRUE(Saved.IsSet());
-    ASSERT_EQ(Saved->GetSize(), int_point2d(80, 60));
     // Through the mip levels and the bilinear filter, a little further from the block means.
-    EXPECT_LE(WorstBlockDifference(*Saved, *Photo, int_point2d(0, 0), 10), 8);
+    EXPECT_TRUE(SavedPictureIs(Bitmap, rectangle(point2d(0, 0), point2d(800, 600)), point2d(80, 60), *Photo,
+                               int_point2d(80, 60), 10, 8));
+    EXPECT_TRUE(Bitmap->IsDecoded());
 }
 
 TEST(art_bitmap_manager, ImageUsedInPartIsCroppedAndObjectsAreMovedOntoTheCrop)
