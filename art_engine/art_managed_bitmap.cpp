@@ -271,7 +271,7 @@ zel_string art_managed_bitmap::GetBytesToSave()
     double Budget = std::ceil(double(SizeInUse.X) * double(SizeInUse.Y) * 0.33);
     if ((Crop == SavedRegion && SizeInUse == Size) || OriginalFileBytes.GetLength() <= Budget)
         return OriginalFileBytes;
-    ownership_pointer<art_bitmap> Picture = MakeSavedPicture(Crop, SizeInUse);
+    ownership_pointer<art_bitmap> Picture = MakeSavedPicture(Crop, SizeInUse, Size);
     if (!Picture.IsSet())
         return OriginalFileBytes;
     zel_string Encoded;
@@ -284,12 +284,9 @@ zel_string art_managed_bitmap::GetBytesToSave()
 }
 
 ownership_pointer<art_bitmap> art_managed_bitmap::DecodeForSave(const int_rectangle &Crop, int_point2d PictureSize,
-                                                                 int_rectangle &Area)
+                                                                 int_point2d Full, int_rectangle &Area)
 {
     Area = Crop;
-    int_point2d Full;
-    if (!ReadBitmapSize(Full))
-        return ownership_pointer<art_bitmap>();
     double Fraction = std::max(double(PictureSize.X) / Crop.Size.X, double(PictureSize.Y) / Crop.Size.Y);
     int LongSide = static_cast<int>(std::ceil(std::max(Full.X, Full.Y) * std::min(Fraction, 1.0)));
     ownership_pointer<art_bitmap> Picture = LoadImageFromString(OriginalFileBytes, LongSide);
@@ -309,7 +306,8 @@ ownership_pointer<art_bitmap> art_managed_bitmap::DecodeForSave(const int_rectan
     return Picture;
 }
 
-ownership_pointer<art_bitmap> art_managed_bitmap::MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize)
+ownership_pointer<art_bitmap> art_managed_bitmap::MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize,
+                                                                    int_point2d Full)
 {
     // Pixels that are on screen already serve as they are; otherwise only as many are decoded as
     // the saved picture needs, and they go again once cropped.
@@ -321,7 +319,7 @@ ownership_pointer<art_bitmap> art_managed_bitmap::MakeSavedPicture(const int_rec
             return ownership_pointer<art_bitmap>();
         Source = GetMipLevel(0, 0);
     } else {
-        Decoded = DecodeForSave(Crop, PictureSize, Area);
+        Decoded = DecodeForSave(Crop, PictureSize, Full, Area);
         Source = Decoded.Get();
     }
     if (!Source.IsSet() || Area.IsEmpty())

@@ -93,10 +93,12 @@ private:
     int_point2d GetSizeInUse(const int_rectangle &Crop, int_point2d Size);
     // The file bytes that a save writes; sets SavedRegion.
     zel_string GetBytesToSave();
-    ownership_pointer<art_bitmap> MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize);
+    // Crop of the picture, whose whole is Full, at PictureSize; null when the file does not decode.
+    ownership_pointer<art_bitmap> MakeSavedPicture(const int_rectangle &Crop, int_point2d PictureSize, int_point2d Full);
     // The picture decoded no larger than a save of Crop at PictureSize needs, with Area the crop on
     // its grid; null when the file does not decode.
-    ownership_pointer<art_bitmap> DecodeForSave(const int_rectangle &Crop, int_point2d PictureSize, int_rectangle &Area);
+    ownership_pointer<art_bitmap> DecodeForSave(const int_rectangle &Crop, int_point2d PictureSize, int_point2d Full,
+                                                int_rectangle &Area);
 
     int32_t BitmapID;
     zel_string OriginalFileName;
