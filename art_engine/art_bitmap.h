@@ -117,7 +117,8 @@ public:
     void StrokePath(art_path &Path, agg::rgba8 Color, double Width, const agg::trans_affine &Matrix,
                     art_outline_mode OutlineMode, int JoinType, int CapType, double MiterLimit, double Scale);
     // DashLength and DashOffset are fractions of DashCycle, clamped: the length to 1e-6 .. 1, the
-    // offset to 0 .. 1.
+    // offset to 0 .. 1. Beyond 100,000 cycles along the path, the line is solid, its alpha times
+    // DashLength.
     void StrokeDashedPath(art_path &Path, agg::rgba8 Color, double Width, double DashLength, double DashCycle,
                           double DashOffset, const agg::trans_affine &Matrix, int JoinType, int CapType,
                           double MiterLimit, double Scale);

@@ -2,6 +2,8 @@
 // the end: nothing is kept from one shape to the next.
 #include "art_engine/art_bitmap.h"
 
+#include <cmath>
+
 #include <agg_conv_curve.h>
 #include <agg_conv_dash.h>
 #include <agg_conv_stroke.h>
@@ -47,6 +49,32 @@ template <class VertexSource> void AddVertices(art_rasterizer &Rasterizer, Verte
 }
 
 typedef art_span_router<art_pixfmt_rgba> span_router;
+
+// The length of all figures of Curve together, as it flattens them; their closing segments do not
+// count.
+double PathLength(art_curve &Curve)
+{
+    double Length = 0;
+    double LastX = 0;
+    double LastY = 0;
+    double X = 0;
+    double Y = 0;
+    unsigned Command;
+    Curve.rewind(0);
+    while (!agg::is_stop(Command = Curve.vertex(&X, &Y))) {
+        if (agg::is_line_to(Command))
+            Length += std::hypot(X - LastX, Y - LastY);
+        if (agg::is_vertex(Command)) {
+            LastX = X;
+            LastY = Y;
+        }
+    }
+    return Length;
+}
+
+// A dashed line with more dashes than this shows none of them apart on any screen, and making them
+// one by one along the whole path, seen or not, would take without end.
+constexpr double MaximumDashes = 100000;
 
 void Draw(art_rasterizer &Rasterizer, art_bitmap &Target, const agg::rgba8 &Color)
 {
@@ -149,12 +177,19 @@ void art_bitmap::StrokeDashedPath(art_path &Path, agg::rgba8 Color, double Width
 {
     // A cycle of no length would never move the dashes along the path.
     TOVAS_ASSERT(DashCycle>0, this);
-    PremultiplyColor(Color);
     // A dash never shrinks to nothing, so that round and square caps still leave their dots.
     DashLength = DashLength < 1e-6 ? 1e-6 : (DashLength > 1.0 ? 1.0 : DashLength);
     DashOffset = DashOffset < 0.0 ? 0.0 : (DashOffset > 1.0 ? 1.0 : DashOffset);
     art_curve Curve(Path);
     Curve.approximation_scale(Scale);
+    // Too many dashes to tell apart (or a cycle or a path beyond any number) make an even tone: a
+    // solid line at the share of the cycle that the dash covers.
+    if (!std::isfinite(DashCycle) || !(PathLength(Curve) / DashCycle <= MaximumDashes)) {
+        Color.a = static_cast<agg::int8u>(Color.a * DashLength + 0.5);
+        StrokePath(Path, Color, Width, Matrix, OutlineCentred, JoinType, CapType, MiterLimit, Scale);
+        return;
+    }
+    PremultiplyColor(Color);
     agg::conv_dash<art_curve> Dash(Curve);
     Dash.add_dash(DashLength * DashCycle, (1 - DashLength) * DashCycle);
     Dash.dash_start((1 - DashOffset) * DashCycle);

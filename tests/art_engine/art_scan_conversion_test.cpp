@@ -443,6 +443,52 @@ TEST(ArtScanConversion, WholeDashesDrawASolidLine)
     EXPECT_EQ(255u, CoverAt(Dashes, 14, 10));
 }
 
+// A line of 90 from x = 5 to 95 along y = 10, two wide, dashed 0.4 of each cycle.
+std::vector<agg::rgba8> DashedLine(double X2, double DashCycle)
+{
+    art_bitmap Bitmap(100, 20);
+    ClearToTransparent(Bitmap);
+    art_path Path = HorizontalLine(5, X2, 10);
+    Bitmap.StrokeDashedPath(Path, White, 2, 0.4, DashCycle, 0, agg::trans_affine(), ArtJoinMiter, ArtCapButt,
+                            ArtMiterLimit, 1);
+    return PixelsOf(Bitmap);
+}
+
+// The same line solid, in white at alpha 255 * 0.4 = 102.
+std::vector<agg::rgba8> ToneLine(double X2)
+{
+    art_bitmap Bitmap(100, 20);
+    ClearToTransparent(Bitmap);
+    art_path Path = HorizontalLine(5, X2, 10);
+    Bitmap.StrokePath(Path, Pixel(255, 255, 255, 102), 2, agg::trans_affine(), OutlineCentred, ArtJoinMiter,
+                      ArtCapButt, ArtMiterLimit, 1);
+    return PixelsOf(Bitmap);
+}
+
+TEST(ArtScanConversion, DashesTooManyToTellApartDrawAnEvenTone)
+{
+    // 99,999 cycles along the 90 of the line are still dashes, each far below a pixel: on average
+    // they cover as much as the tone.
+    std::vector<agg::rgba8> Dashes = DashedLine(95, 90.0 / 99999);
+    double Sum = 0;
+    for (int X = 10; X < 90; X++)
+        Sum += Dashes[10 * 100 + X].r;
+    EXPECT_NEAR(101.0, Sum / 80, 3.0);
+    EXPECT_FALSE(SameImages(ToneLine(95), Dashes));
+    // Beyond 100,000 cycles the line is the tone itself: white at alpha 102, premultiplied by
+    // truncation to 255 * 102 >> 8 = 101.
+    EXPECT_TRUE(SameImages(ToneLine(95), DashedLine(95, 90.0 / 100001)));
+    EXPECT_EQ(101u, ToneLine(95)[10 * 100 + 50].r);
+}
+
+TEST(ArtScanConversion, DashesAlongAPathBeyondAnyLengthDrawTheTone)
+{
+    // A line far longer than the bitmap, or a cycle without end, would keep the dash generator busy
+    // for ever.
+    EXPECT_TRUE(SameImages(ToneLine(1e120), DashedLine(1e120, 14)));
+    EXPECT_TRUE(SameImages(ToneLine(95), DashedLine(95, HUGE_VAL)));
+}
+
 TEST(ArtScanConversion, DashCycleOfZeroOrLessIsRefused)
 {
     art_bitmap Bitmap(20, 20);
