@@ -20,9 +20,14 @@ art_regular_poly_shape::art_regular_poly_shape(reference_pointer<xbd_tag> Tag)
     : art_custom_shape(Tag), NumSides(2), Mirror(false), MirrorSymmetryAngle(0), Center(0, 0), CenterIsDefault(true)
 {
     NumSides = Tag->GetAttribute("num_sides", "2").ToInt();
-    // Fewer than one side would leave nothing to repeat.
+    // Fewer than one side would leave nothing to repeat. The walks along a shape stop at 100,000
+    // points, so more sides than fit below that would only make a shape that cannot be drawn, after
+    // a long wait for its points.
+    int PointsPerSide = Points.GetNumberOfElements() > 0 ? Points.GetNumberOfElements() : 1;
     if (NumSides < 1)
         NumSides = 1;
+    else if (NumSides > (MaximumPoints - 1) / PointsPerSide)
+        NumSides = (MaximumPoints - 1) / PointsPerSide > 0 ? (MaximumPoints - 1) / PointsPerSide : 1;
     if (Tag->HasAttribute("mirror_symmetry_angle")) {
         Mirror = true;
         MirrorSymmetryAngle = ArtTextToReal(Tag->GetAttribute("mirror_symmetry_angle", ""), 0);

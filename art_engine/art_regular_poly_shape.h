@@ -34,6 +34,9 @@ public:
     void RotateSides(int SideAmount);
 
 private:
+    // The count of points at which a walk along the shape stops.
+    static constexpr int MaximumPoints = 100000;
+
     // Rebuilds every side after the first from the first.
     void GenerateSides();
     // Side K's copy of the primary side: rotated, and mirrored on odd sides when Mirror is set.
