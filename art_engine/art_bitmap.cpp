@@ -7,6 +7,7 @@
 #include "art_engine/art_object.h"
 #include "rofa_lib/sal_functions.h"
 #include "zel_basics/debug.h"
+#include "zel_basics/zel_error.h"
 
 art_bitmap::art_bitmap()
     : Pixels(1), View(false), Data(reinterpret_cast<uint8_t *>(Pixels.GetData())), Stride(0),
@@ -45,7 +46,12 @@ art_bitmap::art_bitmap(reference_pointer<bitmap_interface> Source) : art_bitmap(
 void art_bitmap::SetSize(int Width, int Height)
 {
     TOVAS_ASSERT(!View, this);
-    int NewArraySize = Width * Height;
+    int64_t Product = int64_t(Width) * Height;
+    // A side alone is held to the limit too, since the row's bytes must fit in an int.
+    if (Product > MaximumPixels || Width > MaximumPixels || Height > MaximumPixels)
+        throw zel_error("A picture of " + zel_string::FromInt(Width) + " by " + zel_string::FromInt(Height) +
+                        " pixels is too large to draw.");
+    int NewArraySize = Product < 0 ? -1 : static_cast<int>(Product);
     TOVAS_ASSERT(NewArraySize>=0, this);
     int OldArraySize = Pixels.GetNumberOfElements();
     if (NewArraySize > Pixels.GetReservedSize()) {

@@ -57,8 +57,10 @@ public:
     agg::rgba8 *GetPixelRow(int Y) { return reinterpret_cast<agg::rgba8 *>(Data + ptrdiff_t(Y) * Stride); }
 
     // Reuses the store when it is large enough, so a bitmap can serve as a temporary again and again.
-    // Newly exposed pixels are not cleared. A view cannot change its size.
+    // Newly exposed pixels are not cleared. A view cannot change its size. Above MaximumPixels, a
+    // zel_error says in words that the picture is too large.
     void SetSize(int Width, int Height);
+    static constexpr int64_t MaximumPixels = int64_t(1) << 27;
     // Whether any pixel has alpha below 255; stops at the first one.
     bool HasTransparency();
     // Writes Value, unblended, to every pixel.

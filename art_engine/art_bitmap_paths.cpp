@@ -2,6 +2,7 @@
 // the end: nothing is kept from one shape to the next.
 #include "art_engine/art_bitmap.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <agg_conv_curve.h>
@@ -102,7 +103,7 @@ void SetUpStroke(agg::conv_stroke<VertexSource> &Stroke, double Width, int JoinT
     Stroke.line_join(agg::line_join_e(JoinType));
     Stroke.line_cap(agg::line_cap_e(CapType));
     Stroke.miter_limit(MiterLimit);
-    Stroke.approximation_scale(Scale);
+    Stroke.approximation_scale(LimitFlatteningScale(Scale, Width));
     Stroke.width(Width);
 }
 
@@ -112,7 +113,7 @@ void art_bitmap::FillPathPlain(art_path &Path, agg::rgba8 Color)
 {
     PremultiplyColor(Color);
     art_curve Curve(Path);
-    Curve.approximation_scale(1.0);
+    Curve.approximation_scale(LimitFlatteningScale(1.0, GetPathExtent(Path)));
     FillSource(Curve, *this, Color);
 }
 
@@ -129,7 +130,7 @@ void art_bitmap::FillPath(art_path &Path, agg::rgba8 Color, const agg::trans_aff
     PremultiplyColor(Color);
     // Curves are flattened once, in object units, to the detail that their size on screen needs.
     art_curve Curve(Path);
-    Curve.approximation_scale(Scale);
+    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
     art_transform<art_curve> Transformed(Curve, Matrix);
     art_rasterizer Rasterizer;
     PrepareRasterizer(Rasterizer, *this);
@@ -146,7 +147,7 @@ void art_bitmap::StrokePath(art_path &Path, agg::rgba8 Color, double Width, cons
     // The stroke is made in object units before the matrix, so a matrix that stretches one axis
     // stretches the line with it.
     art_curve Curve(Path);
-    Curve.approximation_scale(Scale);
+    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
     agg::conv_stroke<art_curve> Stroke(Curve);
     // An outline on one side only is half of a centred one twice as wide.
     SetUpStroke(Stroke, OutlineMode == OutlineCentred ? Width : 2 * Width, JoinType, CapType, MiterLimit, Scale);
@@ -181,7 +182,7 @@ void art_bitmap::StrokeDashedPath(art_path &Path, agg::rgba8 Color, double Width
     DashLength = DashLength < 1e-6 ? 1e-6 : (DashLength > 1.0 ? 1.0 : DashLength);
     DashOffset = DashOffset < 0.0 ? 0.0 : (DashOffset > 1.0 ? 1.0 : DashOffset);
     art_curve Curve(Path);
-    Curve.approximation_scale(Scale);
+    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
     // Too many dashes to tell apart (or a cycle or a path beyond any number) make an even tone: a
     // solid line at the share of the cycle that the dash covers.
     if (!std::isfinite(DashCycle) || !(PathLength(Curve) / DashCycle <= MaximumDashes)) {
@@ -204,9 +205,9 @@ void art_bitmap::StrokeEllipse(double X, double Y, double RX, double RY, double 
 {
     PremultiplyColor(Color);
     agg::ellipse Ellipse(X, Y, RX, RY);
-    Ellipse.approximation_scale(Scale);
+    Ellipse.approximation_scale(LimitFlatteningScale(Scale, 2 * std::max(std::fabs(RX), std::fabs(RY))));
     agg::conv_stroke<agg::ellipse> Stroke(Ellipse);
-    Stroke.approximation_scale(Scale);
+    Stroke.approximation_scale(LimitFlatteningScale(Scale, Width));
     Stroke.width(Width);
     FillSource(Stroke, *this, Color);
 }

@@ -1,5 +1,6 @@
 #include "art_engine/art_color_blur.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "art_engine/art_attribute_text.h"
@@ -43,9 +44,10 @@ int art_color_blur::GetPixelRadius(const agg::trans_affine &Matrix) const
     return Rounded > MaxPixelRadius ? MaxPixelRadius : static_cast<int>(Rounded);
 }
 
+// The blur reaches MaxPixelRadius pixels at most, whatever its radius, and so do the margins.
 void art_color_blur::ExpandRedrawRect(rectangle &Rect, const agg::trans_affine &Matrix)
 {
-    double Margin = GetMatrixMaxScale(Matrix) * Radius;
+    double Margin = std::min(GetMatrixMaxScale(Matrix) * Radius, double(MaxPixelRadius));
     if (!(Margin > 0))
         return;
     Rect.Location = Rect.Location - point2d(Margin, Margin);
@@ -56,7 +58,7 @@ void art_color_blur::ExpandRedrawRect(rectangle &Rect, const agg::trans_affine &
 // the part of the layer that is shown has to be drawn.
 void art_color_blur::ExpandDrawWindow(rectangle &Window, const agg::trans_affine &Matrix)
 {
-    double Margin = std::ceil(GetMatrixMaxScale(Matrix) * Radius);
+    double Margin = std::min(std::ceil(GetMatrixMaxScale(Matrix) * Radius), double(MaxPixelRadius));
     if (!(Margin > 0))
         return;
     Window.Location = Window.Location - point2d(Margin, Margin);

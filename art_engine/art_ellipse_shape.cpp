@@ -12,6 +12,7 @@ public:
     ellipse_vertices(double CX, double CY, double RX, double RY, double Scale) : CX(CX), CY(CY), RX(RX), RY(RY)
     {
         double Average = (std::fabs(RX) + std::fabs(RY)) / 2;
+        Scale = LimitFlatteningScale(Scale, 2 * Average);
         double Step = std::acos(Average / (Average + 0.125 / Scale)) * 2;
         double Count = std::floor(2 * agg::pi / Step + 0.5);
         // A count that is not a number, as from a zero scale, draws nothing like a zero count.

@@ -25,6 +25,32 @@ double GetMatrixMaxScale(const agg::trans_affine &Matrix)
     return std::max(ScaleX, ScaleY);
 }
 
+double LimitFlatteningScale(double Scale, double Extent)
+{
+    return Extent * Scale > ArtLargestFlattenedSize ? ArtLargestFlattenedSize / Extent : Scale;
+}
+
+double GetPathExtent(art_path &Path)
+{
+    double MinX = 0;
+    double MinY = 0;
+    double MaxX = 0;
+    double MaxY = 0;
+    bool First = true;
+    for (unsigned I = 0; I < Path.total_vertices(); I++) {
+        double X = 0;
+        double Y = 0;
+        if (!agg::is_vertex(Path.vertex(I, &X, &Y)))
+            continue;
+        MinX = First || X < MinX ? X : MinX;
+        MaxX = First || X > MaxX ? X : MaxX;
+        MinY = First || Y < MinY ? Y : MinY;
+        MaxY = First || Y > MaxY ? Y : MaxY;
+        First = false;
+    }
+    return std::max(MaxX - MinX, MaxY - MinY);
+}
+
 void AddRectanglePath(art_path &Path, double X, double Y, double W, double H)
 {
     // A figure left open would otherwise run on into the rectangle.
@@ -55,5 +81,6 @@ void AddRoundedRectanglePath(art_path &Path, double X, double Y, double W, doubl
 {
     agg::rounded_rect Shape(X, Y, X + W, Y + H, 0);
     Shape.radius(ClampRadius(RX, W), ClampRadius(RY, H));
+    Shape.approximation_scale(LimitFlatteningScale(1.0, 2 * std::max(ClampRadius(RX, W), ClampRadius(RY, H))));
     JoinPath(Path, Shape);
 }

@@ -29,6 +29,17 @@ void GetMatrixScale(const agg::trans_affine &Matrix, double &ScaleX, double &Sca
 // The larger of the two: the approximation scale that fits curves to their size on screen.
 double GetMatrixMaxScale(const agg::trans_affine &Matrix);
 
+// Flattening curves, arcs and round joins makes more vertices the larger they are on screen, and
+// the rasterizer holds coordinates only to about 4 million pixels anyway. So nothing is flattened
+// more finely than a figure of that size on screen would be, and a damaged document's giant figure
+// costs no more than that.
+constexpr double ArtLargestFlattenedSize = 4194304;
+// Scale, or less where a figure Extent across (in the units that Scale turns into pixels) would be
+// larger than ArtLargestFlattenedSize on screen.
+double LimitFlatteningScale(double Scale, double Extent);
+// The larger side of the box round every point of Path, control points included; 0 when empty.
+double GetPathExtent(art_path &Path);
+
 // A closed rectangle figure; an open figure before it is ended first.
 void AddRectanglePath(art_path &Path, double X, double Y, double W, double H);
 // A rounded rectangle, the radii clamped to 0 to half the size, joined on by JoinPath's rule.

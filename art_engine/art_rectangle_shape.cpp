@@ -1,5 +1,7 @@
 #include "art_engine/art_rectangle_shape.h"
 
+#include <algorithm>
+
 #include <agg_rounded_rect.h>
 
 #include "art_engine/art_attribute_text.h"
@@ -51,7 +53,7 @@ void art_rectangle_shape::GetPath(art_path &Path, double ScaleX, double)
     double RX = ClampRadius(Radius.X, Size.X / 2);
     agg::rounded_rect Rectangle(0, 0, Size.X, Size.Y, 0);
     Rectangle.radius(RX, RY);
-    Rectangle.approximation_scale(ScaleX);
+    Rectangle.approximation_scale(LimitFlatteningScale(ScaleX, 2 * std::max(RX, RY)));
     JoinPath(Path, Rectangle);
 }
 

@@ -31,12 +31,17 @@ int32_t Larger(int32_t A, int32_t B)
     return A > B ? A : B;
 }
 
-// Floor of the low edges, ceiling of the high ones: every pixel the box touches.
+// Floor of the low edges, ceiling of the high ones: every pixel the box touches. Edges beyond a
+// quarter of what 32 bits hold stop there, which no bitmap reaches, so that the size stays in range.
 int_rectangle RoundOutward(const rectangle &Box)
 {
-    int_point2d Low(static_cast<int32_t>(std::floor(Box.Location.X)), static_cast<int32_t>(std::floor(Box.Location.Y)));
+    auto Whole = [](double Edge) {
+        const double Limit = 1 << 29;
+        return static_cast<int32_t>(Edge > -Limit ? (Edge < Limit ? Edge : Limit) : -Limit);
+    };
+    int_point2d Low(Whole(std::floor(Box.Location.X)), Whole(std::floor(Box.Location.Y)));
     point2d End = Box.GetEnd();
-    int_point2d High(static_cast<int32_t>(std::ceil(End.X)), static_cast<int32_t>(std::ceil(End.Y)));
+    int_point2d High(Whole(std::ceil(End.X)), Whole(std::ceil(End.Y)));
     return int_rectangle(Low, High - Low);
 }
 

@@ -708,3 +708,17 @@ TEST(ArtBitmap, BlendWithAlphaRunsOfAnotherSizeIsRefused)
                                                    255, Runs))
                   .find("'SourceRuns==nullptr || SourceRuns->GetSize()==SourceBitmap->GetSize()' is false"));
 }
+
+TEST(ArtBitmap, APictureBeyondTheLimitIsRefusedInWordsAndTheBitmapKeepsItsSize)
+{
+    art_bitmap Bitmap(2, 2);
+    EXPECT_EQ("A picture of 200100 by 200100 pixels is too large to draw.",
+              ZEL_ERROR_MESSAGE(Bitmap.SetSize(200100, 200100)));
+    EXPECT_EQ("A picture of 2147483647 by 0 pixels is too large to draw.",
+              ZEL_ERROR_MESSAGE(Bitmap.SetSize(2147483647, 0)));
+    EXPECT_EQ(int_point2d(2, 2), Bitmap.GetSize());
+    // One row more than 2^27 pixels is refused.
+    EXPECT_EQ(int64_t(1) << 27, art_bitmap::MaximumPixels);
+    EXPECT_EQ("A picture of 16384 by 8193 pixels is too large to draw.",
+              ZEL_ERROR_MESSAGE(Bitmap.SetSize(1 << 14, (1 << 13) + 1)));
+}

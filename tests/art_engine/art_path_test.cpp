@@ -265,3 +265,39 @@ TEST(ArtRoundedRectanglePath, ContinuesAnOpenFigure)
 }
 
 } // namespace
+
+TEST(ArtFlattening, ScaleStaysUntilTheFigureOnScreenPassesTheLargestSize)
+{
+    EXPECT_EQ(2.0, LimitFlatteningScale(2.0, 100));
+    EXPECT_EQ(1.0, LimitFlatteningScale(1.0, ArtLargestFlattenedSize));
+    // 4,194,304 across at scale 2 would be twice the largest size: the scale halves.
+    EXPECT_EQ(1.0, LimitFlatteningScale(2.0, ArtLargestFlattenedSize));
+    EXPECT_EQ(ArtLargestFlattenedSize / 1e15, LimitFlatteningScale(1.0, 1e15));
+    EXPECT_EQ(0.0, LimitFlatteningScale(1.0, HUGE_VAL));
+}
+
+TEST(ArtFlattening, PathExtentIsTheLargerSideOfEveryPointControlPointsIncluded)
+{
+    art_path Path;
+    EXPECT_EQ(0.0, GetPathExtent(Path));
+    Path.move_to(-2, 1);
+    Path.curve3(30, -4, 5, 6);
+    Path.close_polygon();
+    EXPECT_EQ(32.0, GetPathExtent(Path));
+    Path.move_to(1, 100);
+    EXPECT_EQ(104.0, GetPathExtent(Path));
+}
+
+TEST(ArtFlattening, AGiantRoundedRectangleHasNoMoreCornerVerticesThanAFourMillionPixelOne)
+{
+    auto Vertices = [](double Side) {
+        art_path Path;
+        AddRoundedRectanglePath(Path, 0, 0, Side, Side, Side / 4, Side / 4);
+        return Path.total_vertices();
+    };
+    // The corners' radius is a quarter of the side, so the corners of a side of twice the largest
+    // size reach it exactly.
+    EXPECT_EQ(Vertices(2 * ArtLargestFlattenedSize), Vertices(1e15));
+    EXPECT_LT(Vertices(1e15), 100000u);
+    EXPECT_LT(Vertices(1000), Vertices(2 * ArtLargestFlattenedSize));
+}

@@ -531,3 +531,15 @@ TEST(ArtDrawParentsCustomFill, ThePlainObjectsCustomFillDrawsNothing)
     EXPECT_EQ("1,2,3,4", PixelAt(*Target, 0, 0));
     EXPECT_EQ("1,2,3,4", PixelAt(*Target, 1, 1));
 }
+
+TEST(ArtEllipseShape, AGiantEllipseHasNoMoreVerticesThanOneOfTheLargestFlattenedSize)
+{
+    ownership_pointer<art_stencil_shape> Largest =
+        MakeStencil(new art_ellipse_shape, ArtLargestFlattenedSize, ArtLargestFlattenedSize);
+    ownership_pointer<art_stencil_shape> Giant = MakeStencil(new art_ellipse_shape, 1e15, 1e15);
+    size_t Count = ShapePath(*Largest).size();
+    EXPECT_EQ(Count, ShapePath(*Giant).size());
+    EXPECT_LT(Count, 100000u);
+    ownership_pointer<art_stencil_shape> Small = MakeStencil(new art_ellipse_shape, 1000, 1000);
+    EXPECT_LT(ShapePath(*Small).size(), Count);
+}
