@@ -25,6 +25,33 @@ point2d RoundToWholeUnits(point2d Point)
     return point2d(std::round(Point.X), std::round(Point.Y));
 }
 
+// Objects are built, drawn and saved by recursion, a few calls of the stack for each level of the
+// tree. A document nested deeper than this (a thousand objects inside one another, far beyond any
+// real artwork) is refused before any of that starts, so that it cannot run the stack out.
+constexpr int MaximumTagDepth = 2000;
+
+void CheckNesting(reference_pointer<xbd_tag> Top)
+{
+    array<reference_pointer<xbd_tag>> Pending;
+    array<int> Depths;
+    Pending.Add(Top);
+    Depths.Add(1);
+    while (Pending.GetNumberOfElements() > 0) {
+        reference_pointer<xbd_tag> Tag = Pending[Pending.GetNumberOfElements() - 1];
+        int Depth = Depths[Depths.GetNumberOfElements() - 1];
+        Pending.RemoveLast();
+        Depths.RemoveLast();
+        if (Depth > MaximumTagDepth)
+            throw zel_error("Invalid Rofa File (tags nested more than " + zel_string::FromInt(MaximumTagDepth) +
+                            " deep)");
+        array<ownership_pointer<xbd_tag>> &Children = Tag->GetChildren();
+        for (int I = 0; I < Children.GetNumberOfElements(); I++) {
+            Pending.Add(reference_pointer<xbd_tag>(Children[I].Get()));
+            Depths.Add(Depth + 1);
+        }
+    }
+}
+
 } // namespace
 
 art_file::art_file(reference_pointer<art_bitmap_manager> SharedBitmaps)
@@ -185,6 +212,7 @@ ownership_pointer<art_file> art_file::ReadDocument(xbd_file &File, reference_poi
         throw zel_error(Top->GetAttribute("show_user", "Server didn't specify an error message."));
     if (TopName != "art_file")
         throw zel_error("Invalid Rofa File (root tag is not valid: " + TopName + ")");
+    CheckNesting(Top);
     ownership_pointer<art_file> Document = CreateArtFile(Top, SharedBitmaps);
     if (!IsSupportedVersion(Document->GetEngineVersion(), true))
         Warning = "The Rofa loaded, but it was created with a newer version of\nthe editor. There may be some "

@@ -207,6 +207,34 @@ TEST(ArtFile, AFileWithTwoTagsIsRefused)
     EXPECT_EQ("Invalid Rofa File (contains too many tags)", ReadError("<art_file/><art_file/>"));
 }
 
+namespace {
+
+// A document with Levels groups inside one another, the innermost holding a fill.
+std::string Nested(int Levels)
+{
+    std::string Text = "<art_file art_engine_version=\"0.0.2\" w_val=\"10\" h_val=\"10\"><children>";
+    for (int I = 0; I < Levels; I++)
+        Text += "<pego><children>";
+    Text += "<art_solid_fill color=\"ff0000ff\"/>";
+    for (int I = 0; I < Levels; I++)
+        Text += "</children></pego>";
+    return Text + "</children></art_file>";
+}
+
+} // namespace
+
+TEST(ArtFile, TagsNestedBeyondTwoThousandLevelsAreRefusedBeforeAnyObjectIsMade)
+{
+    // The fill inside 998 groups is tag 2 * 998 + 3 = 1,999 levels down, inside 999 tag 2,001.
+    ownership_pointer<art_file> Deep = Read(Nested(998));
+    ASSERT_TRUE(Deep.IsSet());
+    // The outermost group, after the shape that a document without one is given.
+    EXPECT_EQ(2, Deep->GetNumberOfChildren());
+    EXPECT_EQ("Invalid Rofa File (tags nested more than 2000 deep)", ReadError(Nested(999)));
+    // Far deeper than any stack would hold, and still only refused.
+    EXPECT_EQ("Invalid Rofa File (tags nested more than 2000 deep)", ReadError(Nested(100000)));
+}
+
 TEST(ArtFile, ARootTagOtherThanArtFileIsRefusedWithItsName)
 {
     EXPECT_EQ("Invalid Rofa File (root tag is not valid: pego)", ReadError("<pego w_val=\"10\"/>"));
