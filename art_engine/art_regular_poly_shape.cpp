@@ -20,9 +20,8 @@ art_regular_poly_shape::art_regular_poly_shape(reference_pointer<xbd_tag> Tag)
     : art_custom_shape(Tag), NumSides(2), Mirror(false), MirrorSymmetryAngle(0), Center(0, 0), CenterIsDefault(true)
 {
     NumSides = Tag->GetAttribute("num_sides", "2").ToInt();
-    // Fewer than one side would leave nothing to repeat. The walks along a shape stop at 100,000
-    // points, so more sides than fit below that would only make a shape that cannot be drawn, after
-    // a long wait for its points.
+    // Fewer than one side would leave nothing to repeat; a count from a damaged document stops where
+    // the points would pass MaximumPoints.
     int PointsPerSide = Points.GetNumberOfElements() > 0 ? Points.GetNumberOfElements() : 1;
     if (NumSides < 1)
         NumSides = 1;

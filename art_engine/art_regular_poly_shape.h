@@ -34,8 +34,10 @@ public:
     void RotateSides(int SideAmount);
 
 private:
-    // The count of points at which a walk along the shape stops.
-    static constexpr int MaximumPoints = 100000;
+    // The points that the sides may come to. Walks along a shape stop at 100,000 points, and the
+    // time a shape takes to draw grows with its points: ten thousand are far more than any symmetric
+    // shape needs, and still draw at once.
+    static constexpr int MaximumPoints = 10000;
 
     // Rebuilds every side after the first from the first.
     void GenerateSides();
