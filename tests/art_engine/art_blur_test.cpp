@@ -348,6 +348,20 @@ TEST(ArtColorBlur, TheDrawWindowGrowsByTheScaledRadiusRoundedUp)
     EXPECT_TRUE(SameRectangle(rectangle(point2d(10, 20), point2d(30, 40)), Same));
 }
 
+TEST(ArtColorBlur, MarginsStopAtTheTwoHundredAndFiftyPixelsTheBlurReaches)
+{
+    for (double Radius : {200.0, 1e12, HUGE_VAL}) {
+        ownership_pointer<art_color_blur> Blur = BlurOf(Radius);
+        rectangle Window(point2d(10, 20), point2d(30, 40));
+        Blur->ExpandDrawWindow(Window, agg::trans_affine_scaling(2, 1));
+        // 200 at scale 2 is 400 pixels, more than the blur reaches: 250.
+        EXPECT_TRUE(SameRectangle(rectangle(point2d(-240, -230), point2d(530, 540)), Window)) << Radius;
+        rectangle Rect(point2d(10, 20), point2d(30, 40));
+        Blur->ExpandRedrawRect(Rect, agg::trans_affine_scaling(2, 1));
+        EXPECT_TRUE(SameRectangle(rectangle(point2d(-240, -230), point2d(530, 540)), Rect)) << Radius;
+    }
+}
+
 TEST(ArtColorBlur, TheDrawBoundsOfItsOwnerTakeInTheReach)
 {
     ownership_pointer<art_object> Group(new art_object);
