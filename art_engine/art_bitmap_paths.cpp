@@ -113,7 +113,7 @@ void art_bitmap::FillPathPlain(art_path &Path, agg::rgba8 Color)
 {
     PremultiplyColor(Color);
     art_curve Curve(Path);
-    Curve.approximation_scale(LimitFlatteningScale(1.0, GetPathExtent(Path)));
+    Curve.approximation_scale(GetPathFlatteningScale(Path, 1.0));
     FillSource(Curve, *this, Color);
 }
 
@@ -130,7 +130,7 @@ void art_bitmap::FillPath(art_path &Path, agg::rgba8 Color, const agg::trans_aff
     PremultiplyColor(Color);
     // Curves are flattened once, in object units, to the detail that their size on screen needs.
     art_curve Curve(Path);
-    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
+    Curve.approximation_scale(GetPathFlatteningScale(Path, Scale));
     art_transform<art_curve> Transformed(Curve, Matrix);
     art_rasterizer Rasterizer;
     PrepareRasterizer(Rasterizer, *this);
@@ -147,7 +147,7 @@ void art_bitmap::StrokePath(art_path &Path, agg::rgba8 Color, double Width, cons
     // The stroke is made in object units before the matrix, so a matrix that stretches one axis
     // stretches the line with it.
     art_curve Curve(Path);
-    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
+    Curve.approximation_scale(GetPathFlatteningScale(Path, Scale));
     agg::conv_stroke<art_curve> Stroke(Curve);
     // An outline on one side only is half of a centred one twice as wide.
     SetUpStroke(Stroke, OutlineMode == OutlineCentred ? Width : 2 * Width, JoinType, CapType, MiterLimit, Scale);
@@ -182,7 +182,7 @@ void art_bitmap::StrokeDashedPath(art_path &Path, agg::rgba8 Color, double Width
     DashLength = DashLength < 1e-6 ? 1e-6 : (DashLength > 1.0 ? 1.0 : DashLength);
     DashOffset = DashOffset < 0.0 ? 0.0 : (DashOffset > 1.0 ? 1.0 : DashOffset);
     art_curve Curve(Path);
-    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
+    Curve.approximation_scale(GetPathFlatteningScale(Path, Scale));
     // Too many dashes to tell apart (or a cycle or a path beyond any number) make an even tone: a
     // solid line at the share of the cycle that the dash covers.
     if (!std::isfinite(DashCycle) || !(PathLength(Curve) / DashCycle <= MaximumDashes)) {

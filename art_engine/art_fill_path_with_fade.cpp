@@ -70,7 +70,7 @@ void FillPathWithFade(art_bitmap &Target, art_path &Path, const agg::trans_affin
     PixelToGradient.invert();
 
     agg::conv_curve<art_path> Curve(Path);
-    Curve.approximation_scale(LimitFlatteningScale(Scale, GetPathExtent(Path)));
+    Curve.approximation_scale(GetPathFlatteningScale(Path, Scale));
     agg::conv_transform<agg::conv_curve<art_path>, const agg::trans_affine> Transformed(Curve, Matrix);
     fade_rasterizer Rasterizer;
     Rasterizer.filling_rule(agg::fill_non_zero);

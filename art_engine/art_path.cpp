@@ -51,6 +51,11 @@ double GetPathExtent(art_path &Path)
     return std::max(MaxX - MinX, MaxY - MinY);
 }
 
+double GetPathFlatteningScale(art_path &Path, double Scale)
+{
+    return LimitFlatteningScale(Scale, GetPathExtent(Path));
+}
+
 void AddRectanglePath(art_path &Path, double X, double Y, double W, double H)
 {
     // A figure left open would otherwise run on into the rectangle.

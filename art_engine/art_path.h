@@ -39,6 +39,8 @@ constexpr double ArtLargestFlattenedSize = 4194304;
 double LimitFlatteningScale(double Scale, double Extent);
 // The larger side of the box round every point of Path, control points included; 0 when empty.
 double GetPathExtent(art_path &Path);
+// Scale limited for the whole of Path.
+double GetPathFlatteningScale(art_path &Path, double Scale);
 
 // A closed rectangle figure; an open figure before it is ended first.
 void AddRectanglePath(art_path &Path, double X, double Y, double W, double H);

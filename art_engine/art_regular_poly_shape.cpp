@@ -1,5 +1,6 @@
 #include "art_engine/art_regular_poly_shape.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "art_engine/art_attribute_text.h"
@@ -22,11 +23,8 @@ art_regular_poly_shape::art_regular_poly_shape(reference_pointer<xbd_tag> Tag)
     NumSides = Tag->GetAttribute("num_sides", "2").ToInt();
     // Fewer than one side would leave nothing to repeat; a count from a damaged document stops where
     // the points would pass MaximumPoints.
-    int PointsPerSide = Points.GetNumberOfElements() > 0 ? Points.GetNumberOfElements() : 1;
-    if (NumSides < 1)
-        NumSides = 1;
-    else if (NumSides > (MaximumPoints - 1) / PointsPerSide)
-        NumSides = (MaximumPoints - 1) / PointsPerSide > 0 ? (MaximumPoints - 1) / PointsPerSide : 1;
+    int MostSides = std::max(1, (MaximumPoints - 1) / std::max(1, Points.GetNumberOfElements()));
+    NumSides = std::min(std::max(NumSides, 1), MostSides);
     if (Tag->HasAttribute("mirror_symmetry_angle")) {
         Mirror = true;
         MirrorSymmetryAngle = ArtTextToReal(Tag->GetAttribute("mirror_symmetry_angle", ""), 0);
