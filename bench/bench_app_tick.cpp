@@ -6,9 +6,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_object_children.h"
+#include "art_engine/objects/art_object_children.h"
 #include "bench/bench_ratio_reporter.h"
-#include "rofa_editor/rofa_app.h"
+#include "rofa_editor/app/rofa_app.h"
 #include "rofa_lib/rofa_plugin_api.h"
 #include "rofa_linux_sal/win32_messages.h"
 

@@ -9,8 +9,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_layout.h"
-#include "art_engine/art_object_children.h"
+#include "art_engine/objects/art_layout.h"
+#include "art_engine/objects/art_object_children.h"
 
 namespace {
 

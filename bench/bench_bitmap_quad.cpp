@@ -7,7 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <random>
 #include <vector>
 
-#include "art_engine/art_alpha_runs.h"
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_blend.h"
+#include "art_engine/pixels/art_alpha_runs.h"
+#include "art_engine/pixels/art_bitmap.h"
+#include "art_engine/pixels/art_blend.h"
 
 // The per-pixel kernels over a full-HD bitmap, each against a plain memcpy of the same bitmap's
 // bytes, their lower bound. The sources are random, so blocks of wholly opaque or wholly transparent

@@ -7,8 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_stack_blur.h"
+#include "art_engine/pixels/art_bitmap.h"
+#include "art_engine/pixels/art_stack_blur.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {

@@ -12,11 +12,11 @@
 #include <agg_trans_affine.h>
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_builtin_documents.h"
-#include "art_engine/art_cache.h"
-#include "art_engine/art_file.h"
-#include "art_engine/art_image_codecs.h"
+#include "art_engine/documents/art_builtin_documents.h"
+#include "art_engine/documents/art_file.h"
+#include "art_engine/images/art_image_codecs.h"
+#include "art_engine/objects/art_cache.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "bench/bench_baselines.h"
 #include "bench/bench_ratio_reporter.h"
 #include "xbd/xbd.h"

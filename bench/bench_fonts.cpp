@@ -11,10 +11,10 @@
 #include <random>
 #include <vector>
 
-#include "art_engine/art_embedded_fonts.h"
-#include "art_engine/art_font.h"
-#include "art_engine/art_font_face.h"
-#include "art_engine/art_xml_partial_font_face.h"
+#include "art_engine/fonts/art_embedded_fonts.h"
+#include "art_engine/fonts/art_font.h"
+#include "art_engine/fonts/art_font_face.h"
+#include "art_engine/fonts/art_xml_partial_font_face.h"
 #include "xbd/xbd.h"
 
 namespace {

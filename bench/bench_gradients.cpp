@@ -6,9 +6,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_color_fade.h"
-#include "art_engine/art_color_fill.h"
+#include "art_engine/effects/art_color_fade.h"
+#include "art_engine/effects/art_color_fill.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {

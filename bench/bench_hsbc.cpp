@@ -5,8 +5,8 @@
 #include <random>
 #include <string>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_hsbc_filter.h"
+#include "art_engine/effects/art_hsbc_filter.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "bench/bench_ratio_reporter.h"
 
 // The colour filter over a full-HD layer, for several of the panel's presets, against a plain memcpy

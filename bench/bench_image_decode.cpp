@@ -5,7 +5,7 @@
 
 #include <FreeImage.h>
 
-#include "art_engine/art_image_codecs.h"
+#include "art_engine/images/art_image_codecs.h"
 #include "bench/bench_ratio_reporter.h"
 #include "zel_basics/zel_string.h"
 

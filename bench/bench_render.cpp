@@ -11,12 +11,12 @@
 #include <agg_scanline_u.h>
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_object_children.h"
-#include "art_engine/art_top_object.h"
-#include "tests/art_engine/art_fill_object.h"
+#include "art_engine/objects/art_object_children.h"
+#include "art_engine/objects/art_top_object.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "bench/bench_baselines.h"
 #include "bench/bench_ratio_reporter.h"
+#include "tests/art_engine/objects/art_fill_object.h"
 
 namespace {
 

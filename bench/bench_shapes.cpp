@@ -18,9 +18,9 @@
 #include <agg_scanline_p.h>
 #include <benchmark/benchmark.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_blend.h"
-#include "art_engine/art_path.h"
+#include "art_engine/geometry/art_path.h"
+#include "art_engine/pixels/art_bitmap.h"
+#include "art_engine/pixels/art_blend.h"
 #include "bench/bench_ratio_reporter.h"
 
 namespace {

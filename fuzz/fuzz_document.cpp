@@ -6,10 +6,10 @@
 
 #include <agg_trans_affine.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_cache.h"
-#include "art_engine/art_file.h"
-#include "art_engine/art_image_codecs.h"
+#include "art_engine/documents/art_file.h"
+#include "art_engine/images/art_image_codecs.h"
+#include "art_engine/objects/art_cache.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "xbd/xbd.h"
 #include "zel_basics/zel_error.h"
 

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "art_engine/art_animated_bitmap.h"
-#include "art_engine/art_image_codecs.h"
+#include "art_engine/images/art_animated_bitmap.h"
+#include "art_engine/images/art_image_codecs.h"
 #include "zel_basics/zel_string.h"
 
 namespace {

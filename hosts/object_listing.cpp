@@ -1,8 +1,8 @@
 #include "hosts/object_listing.h"
 
-#include "art_engine/art_attribute_text.h"
-#include "art_engine/art_layout.h"
-#include "art_engine/art_unknown_object.h"
+#include "art_engine/geometry/art_attribute_text.h"
+#include "art_engine/objects/art_layout.h"
+#include "art_engine/objects/art_unknown_object.h"
 #include "zel_basics/debug.h"
 #include "zel_basics/zel_text_buffer.h"
 

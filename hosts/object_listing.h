@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art_engine/art_object.h"
+#include "art_engine/objects/art_object.h"
 #include "zel_basics/zel_string.h"
 
 // One line for each object of the tree, depth first in stack order, two blanks of indent a level:

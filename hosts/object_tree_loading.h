@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art_engine/art_file.h"
+#include "art_engine/documents/art_file.h"
 #include "zel_basics/lwpointers.h"
 #include "zel_basics/zel_string.h"
 

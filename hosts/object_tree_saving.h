@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art_engine/art_file.h"
+#include "art_engine/documents/art_file.h"
 #include "zel_basics/zel_string.h"
 
 // The bytes of a binary markup file of the document, as the editor saves it: the objects marked for

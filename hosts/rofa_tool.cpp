@@ -11,12 +11,12 @@
 
 #include <agg_trans_affine.h>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_blend.h"
-#include "art_engine/art_builtin_documents.h"
-#include "art_engine/art_cache.h"
-#include "art_engine/art_file.h"
-#include "art_engine/art_image_codecs.h"
+#include "art_engine/documents/art_builtin_documents.h"
+#include "art_engine/documents/art_file.h"
+#include "art_engine/images/art_image_codecs.h"
+#include "art_engine/objects/art_cache.h"
+#include "art_engine/pixels/art_bitmap.h"
+#include "art_engine/pixels/art_blend.h"
 #include "hosts/object_listing.h"
 #include "hosts/object_tree_loading.h"
 #include "hosts/object_tree_saving.h"

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "art_engine/art_font_face.h"
+#include "art_engine/fonts/art_font_face.h"
 #include "zel_basics/zel_string.h"
 
 struct FT_FaceRec_;

@@ -4,7 +4,7 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include "art_engine/art_font_manager.h"
+#include "art_engine/fonts/art_font_manager.h"
 #include "rofa_linux_sal/art_freetype_font_face.h"
 #include "zel_basics/debug.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "art_engine/art_font_source.h"
+#include "art_engine/fonts/art_font_source.h"
 #include "zel_basics/array.h"
 #include "zel_basics/zel_hash_map.h"
 #include "zel_basics/zel_string.h"

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "art_engine/art_font_manager.h"
+#include "art_engine/documents/art_document_classes.h"
+#include "art_engine/fonts/art_font_manager.h"
 #include "zel_basics/lwbase_object.h"
 
 namespace {
@@ -26,6 +27,8 @@ class object_balance_listener : public testing::EmptyTestEventListener
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    // As a document load would: tests build objects of every class from tags without one.
+    ArtAddDocumentMakers();
     testing::UnitTest::GetInstance()->listeners().Append(new object_balance_listener);
     return RUN_ALL_TESTS();
 }

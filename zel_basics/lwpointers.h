@@ -13,7 +13,13 @@ public:
     explicit ownership_pointer(T *Object) : Pointer(Object) {}
     ownership_pointer(const ownership_pointer &Other) : Pointer(Other.Release()) {}
     template <class U> ownership_pointer(const ownership_pointer<U> &Other) : Pointer(Other.Release()) {}
-    ~ownership_pointer() { delete Pointer; }
+    ~ownership_pointer()
+    {
+        // Deleting a type known only by name would skip its destructor and the pool's operator delete;
+        // every copy of this function must see the whole type, or the linker may keep the wrong one.
+        static_assert(sizeof(T) > 0, "an owner must see the whole type of what it deletes");
+        delete Pointer;
+    }
 
     ownership_pointer &operator=(const ownership_pointer &Other)
     {
@@ -32,6 +38,7 @@ public:
     {
         if (Object == Pointer)
             return;
+        static_assert(sizeof(T) > 0, "an owner must see the whole type of what it deletes");
         T *Old = Pointer;
         Pointer = Object;
         delete Old;

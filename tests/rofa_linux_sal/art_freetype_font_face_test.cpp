@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "art_engine/art_bitmap.h"
-#include "art_engine/art_embedded_fonts.h"
-#include "art_engine/art_font.h"
-#include "art_engine/art_font_manager.h"
-#include "art_engine/art_glyph.h"
-#include "art_engine/art_glyph_drawing.h"
-#include "art_engine/art_packed_path.h"
+#include "art_engine/fonts/art_embedded_fonts.h"
+#include "art_engine/fonts/art_font.h"
+#include "art_engine/fonts/art_font_manager.h"
+#include "art_engine/fonts/art_glyph.h"
+#include "art_engine/fonts/art_glyph_drawing.h"
+#include "art_engine/fonts/art_packed_path.h"
+#include "art_engine/pixels/art_bitmap.h"
 #include "rofa_linux_sal/art_freetype_font_face.h"
 #include "rofa_linux_sal/freetype_font_source.h"
 #include "tests/test_support.h"

@@ -1,8 +1,0 @@
-#include "art_engine/art_filter_effect.h"
-
-art_filter_effect::art_filter_effect(reference_pointer<xbd_tag> Tag) : art_layer_object(Tag) {}
-
-bool art_filter_effect::IsFilterEffect()
-{
-    return true;
-}
