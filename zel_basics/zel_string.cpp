@@ -196,11 +196,13 @@ int zel_string::GetMaxFormatLength(const char *FormatString)
     return static_cast<int>(std::strlen(FormatString)) + Width;
 }
 
-// The buffer is sized by GetMaxFormatLength; a conversion that would run longer is cut, never written
-// past the buffer.
-zel_string zel_string::Format(const char *FormatString, int Value)
+namespace {
+
+// The buffer is sized by GetMaxFormatLength and Room, the most that one value can add; a conversion
+// that would run longer is cut, never written past the buffer.
+template <class T> zel_string FormatValue(const char *FormatString, T Value, int Room)
 {
-    int Size = GetMaxFormatLength(FormatString) + 10;
+    int Size = zel_string::GetMaxFormatLength(FormatString) + Room;
     char *Text = static_cast<char *>(std::malloc(static_cast<size_t>(Size) + 1));
     int TextLength = std::snprintf(Text, static_cast<size_t>(Size) + 1, FormatString, Value);
     zel_string Result(Text, TextLength < 0 ? 0 : (TextLength > Size ? Size : TextLength));
@@ -208,14 +210,17 @@ zel_string zel_string::Format(const char *FormatString, int Value)
     return Result;
 }
 
+} // namespace
+
+zel_string zel_string::Format(const char *FormatString, int Value)
+{
+    return FormatValue(FormatString, Value, 10);
+}
+
+// A double in %f form can run to over 300 digits.
 zel_string zel_string::Format(const char *FormatString, double Value)
 {
-    int Size = GetMaxFormatLength(FormatString) + 500;
-    char *Text = static_cast<char *>(std::malloc(static_cast<size_t>(Size) + 1));
-    int TextLength = std::snprintf(Text, static_cast<size_t>(Size) + 1, FormatString, Value);
-    zel_string Result(Text, TextLength < 0 ? 0 : (TextLength > Size ? Size : TextLength));
-    std::free(Text);
-    return Result;
+    return FormatValue(FormatString, Value, 500);
 }
 
 void zel_string::AdoptBuffer(char *StringOP, int Length)

@@ -12,57 +12,25 @@
 
 namespace {
 
-// The kernels' block parts for one block width, compiled for the instructions that suit it.
-struct block_kernels
-{
-    bool Wide;
-    unsigned (*SolidRun)(uint8_t *, unsigned, const agg::rgba8 &, unsigned);
-    unsigned (*SolidSpan)(uint8_t *, unsigned, const agg::rgba8 &, const uint8_t *);
-    unsigned (*ColorSpan)(uint8_t *, const uint8_t *, unsigned, const uint8_t *, unsigned);
-    size_t (*Stencil)(uint8_t *, const uint8_t *, size_t);
-};
-
-unsigned NarrowSolidRunBlocks(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, unsigned Cover)
-{
-    return SolidRunBlocks<narrow_block>(Pixels, Length, Color, Cover);
-}
-
-unsigned NarrowSolidSpanBlocks(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, const uint8_t *Covers)
-{
-    return SolidSpanBlocks<narrow_block>(Pixels, Length, Color, Covers);
-}
-
-unsigned NarrowColorSpanBlocks(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, const uint8_t *Covers,
-                               unsigned Cover)
-{
-    return ColorSpanBlocks<narrow_block>(Pixels, Colors, Length, Covers, Cover);
-}
-
-size_t NarrowStencilBlocks(uint8_t *Layer, const uint8_t *Stencil, size_t Count)
-{
-    return StencilBlocks<narrow_block>(Layer, Stencil, Count);
-}
-
 size_t NoStencilBlocks(uint8_t *, const uint8_t *, size_t) { return 0; }
 unsigned NoSolidRunBlocks(uint8_t *, unsigned, const agg::rgba8 &, unsigned) { return 0; }
 unsigned NoSolidSpanBlocks(uint8_t *, unsigned, const agg::rgba8 &, const uint8_t *) { return 0; }
 unsigned NoColorSpanBlocks(uint8_t *, const uint8_t *, unsigned, const uint8_t *, unsigned) { return 0; }
 
-block_kernels ChooseBlockKernels(bool Wide)
+art_block_kernels ChooseBlockKernels(bool Wide)
 {
     if (!LanesFitByteOrder)
-        return block_kernels{false, NoSolidRunBlocks, NoSolidSpanBlocks, NoColorSpanBlocks, NoStencilBlocks};
+        return art_block_kernels{false, NoSolidRunBlocks, NoSolidSpanBlocks, NoColorSpanBlocks, NoStencilBlocks};
 #if defined(ART_WIDE_BLOCKS)
     if (Wide && __builtin_cpu_supports("avx2"))
-        return block_kernels{true, WideSolidRunBlocks, WideSolidSpanBlocks, WideColorSpanBlocks, WideStencilBlocks};
+        return GetWideBlockKernels();
 #endif
-    return block_kernels{false, NarrowSolidRunBlocks, NarrowSolidSpanBlocks, NarrowColorSpanBlocks,
-                         NarrowStencilBlocks};
+    return block_entry_points<narrow_block>::Kernels();
 }
 
-block_kernels &BlockKernels()
+art_block_kernels &BlockKernels()
 {
-    static block_kernels Kernels = ChooseBlockKernels(true);
+    static art_block_kernels Kernels = ChooseBlockKernels(true);
     return Kernels;
 }
 

@@ -342,4 +342,31 @@ template <class B> ART_BLOCK_FUNCTION size_t StencilBlocks(uint8_t *Layer, const
     return I;
 }
 
+// The kernels of one block width as functions of their own, so that each keeps its blocks inline and
+// is built for the instructions in force where this header is included.
+template <class B> struct block_entry_points
+{
+    static unsigned SolidRun(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, unsigned Cover)
+    {
+        return SolidRunBlocks<B>(Pixels, Length, Color, Cover);
+    }
+    static unsigned SolidSpan(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, const uint8_t *Covers)
+    {
+        return SolidSpanBlocks<B>(Pixels, Length, Color, Covers);
+    }
+    static unsigned ColorSpan(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, const uint8_t *Covers,
+                              unsigned Cover)
+    {
+        return ColorSpanBlocks<B>(Pixels, Colors, Length, Covers, Cover);
+    }
+    static size_t Stencil(uint8_t *Layer, const uint8_t *Stencil, size_t Count)
+    {
+        return StencilBlocks<B>(Layer, Stencil, Count);
+    }
+    static art_block_kernels Kernels()
+    {
+        return art_block_kernels{B::Pixels * 4 == 32, SolidRun, SolidSpan, ColorSpan, Stencil};
+    }
+};
+
 } // namespace

@@ -21,25 +21,9 @@
 
 #include "art_engine/pixels/art_blend_blocks.h"
 
-unsigned WideSolidRunBlocks(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, unsigned Cover)
+art_block_kernels GetWideBlockKernels()
 {
-    return SolidRunBlocks<wide_block>(Pixels, Length, Color, Cover);
-}
-
-unsigned WideSolidSpanBlocks(uint8_t *Pixels, unsigned Length, const agg::rgba8 &Color, const uint8_t *Covers)
-{
-    return SolidSpanBlocks<wide_block>(Pixels, Length, Color, Covers);
-}
-
-unsigned WideColorSpanBlocks(uint8_t *Pixels, const uint8_t *Colors, unsigned Length, const uint8_t *Covers,
-                             unsigned Cover)
-{
-    return ColorSpanBlocks<wide_block>(Pixels, Colors, Length, Covers, Cover);
-}
-
-size_t WideStencilBlocks(uint8_t *Layer, const uint8_t *Stencil, size_t Count)
-{
-    return StencilBlocks<wide_block>(Layer, Stencil, Count);
+    return block_entry_points<wide_block>::Kernels();
 }
 
 #if defined(__clang__)
